@@ -1,0 +1,101 @@
+// The platform operations: every system service the program uses, and nothing else.
+// The real implementation (win32/) calls the ANSI functions of Windows; the fake of the tests
+// (tests/fake/) keeps an in-memory machine that follows the same rules. Text crosses this
+// interface in UTF-8; the real implementation converts it to and from the ANSI code page.
+// Members carry the names of the Windows functions they stand for.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tamrix {
+
+// A registry key handle. Hives are the classic 32-bit constants; 0 is "no key".
+using HKey = std::uint64_t;
+using WindowHandle = std::uint64_t;
+using GdiHandle = std::uint64_t;
+
+namespace hive {
+constexpr HKey CurrentUser = 0x80000001u;
+constexpr HKey LocalMachine = 0x80000002u;
+}  // namespace hive
+
+namespace regtype {
+constexpr std::uint32_t Sz = 1;
+constexpr std::uint32_t ExpandSz = 2;
+constexpr std::uint32_t Binary = 3;
+constexpr std::uint32_t Dword = 4;
+constexpr std::uint32_t MultiSz = 7;
+}  // namespace regtype
+
+// Statuses of the platform's functions that the program and its tests tell apart.
+namespace status {
+constexpr long Success = 0;
+constexpr long FileNotFound = 2;
+constexpr long AccessDenied = 5;
+constexpr long InvalidHandle = 6;
+constexpr long MoreData = 234;
+}  // namespace status
+
+// Message box styles and answers, as the platform numbers them.
+namespace mb {
+constexpr unsigned Ok = 0x00;
+constexpr unsigned OkCancel = 0x01;
+constexpr unsigned Critical = 0x10;
+constexpr unsigned Information = 0x40;
+constexpr int IdOk = 1;
+constexpr int IdCancel = 2;
+}  // namespace mb
+
+// How a started process shows its window (the platform's show commands).
+enum class ShowCommand { Hidden = 0, Normal = 1, MinimizedActive = 2, MinimizedInactive = 6 };
+
+struct RectPx {
+  long left = 0, top = 0, right = 0, bottom = 0;
+};
+
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  // Registry. Sizes count bytes of the ANSI code page, as RegQueryValueExA does: a REG_SZ
+  // text of n characters, its terminator included, has size n.
+  virtual long RegOpenKeyExA(HKey parent, const std::string& subKey, std::uint32_t options,
+                             std::uint32_t samDesired, HKey* result) = 0;
+  virtual long RegCloseKey(HKey key) = 0;
+  // With data == nullptr it learns the type and the size. With data, *size is the room offered;
+  // on success *data holds what was delivered (REG_SZ as UTF-8 text, other types raw) and *size
+  // the count of bytes delivered.
+  virtual long RegQueryValueExA(HKey key, const std::string& valueName, std::uint32_t* type,
+                                std::string* data, std::uint32_t* size) = 0;
+  // REG_SZ: the first `size` bytes of the text are stored, with no terminator added.
+  // REG_DWORD: data holds the four little-endian bytes.
+  virtual long RegSetValueExA(HKey key, const std::string& valueName, std::uint32_t type,
+                              const std::string& data, std::uint32_t size) = 0;
+  virtual long RegDeleteKeyA(HKey parent, const std::string& subKey) = 0;
+  virtual long RegDeleteValueA(HKey key, const std::string& valueName) = 0;
+
+  // The platform's own idea of the same executable already running; no side effect on it.
+  virtual bool EarlierInstanceRunning() = 0;
+  // Starts a command line as it stands: no shell between, no wait. A process that can't be
+  // started raises run-time error 53.
+  virtual void StartProcess(const std::string& commandLine, ShowCommand show) = 0;
+
+  virtual int MessageBoxA(const std::string& text, unsigned style, const std::string& title) = 0;
+  virtual void Beep() = 0;
+
+  // What the main window's shape and dragging use.
+  virtual RectPx GetClientRect(WindowHandle window) = 0;
+  virtual GdiHandle CreateRoundRectRgn(long left, long top, long right, long bottom, long ellipseWidth,
+                                       long ellipseHeight) = 0;
+  virtual int SetWindowRgn(WindowHandle window, GdiHandle region, bool redraw) = 0;
+  virtual bool DeleteObject(GdiHandle object) = 0;
+  virtual bool ReleaseCapture() = 0;
+  virtual std::int64_t SendMessageA(WindowHandle window, unsigned message, std::uint64_t wParam,
+                                    std::int64_t lParam) = 0;
+
+  // The decimal sign of the user's regional settings.
+  virtual char DecimalSign() = 0;
+};
+
+}  // namespace tamrix

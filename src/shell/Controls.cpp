@@ -1,0 +1,181 @@
+#include "shell/Controls.h"
+
+#include <cmath>
+
+namespace tamrix {
+
+namespace {
+
+Color DefaultBackColor(Kind kind) {
+  switch (kind) {
+    case Kind::TamrixFrm:
+    case Kind::TamrixOpButton:
+      return colors::Beige;
+    case Kind::Form:
+    case Kind::Frame:
+    case Kind::Label:
+      return colors::ButtonFace;
+    default:
+      return colors::White;
+  }
+}
+
+}  // namespace
+
+Control::Control(Control* parent, Kind kind, Design design) : d_(std::move(design)), parent_(parent), kind_(kind) {
+  if (d_.backColor == colors::Default) d_.backColor = DefaultBackColor(kind);
+  if (d_.borderColor == colors::Default) d_.borderColor = colors::LightGrey;
+  if (parent_) parent_->children_.push_back(this);
+}
+
+Form* Control::ParentForm() {
+  Control* c = this;
+  while (c->parent_) c = c->parent_;
+  return c->kind_ == Kind::Form ? static_cast<Form*>(c) : nullptr;
+}
+
+void Control::Changed() {
+  if (peer) peer->Refresh(*this);
+}
+
+void Control::SetCaption(const std::string& caption) {
+  d_.caption = caption;
+  Changed();
+}
+
+void Control::SetVisible(bool visible) {
+  d_.visible = visible;
+  Changed();
+}
+
+void Control::SetEnabled(bool enabled) {
+  d_.enabled = enabled;
+  Changed();
+}
+
+void Control::SetBackColor(Color c) {
+  d_.backColor = c;
+  Changed();
+}
+
+void Control::SetForeColor(Color c) {
+  d_.foreColor = c;
+  Changed();
+}
+
+void Control::Move(Twips rect) {
+  d_.rect = rect;
+  Changed();
+}
+
+void Control::Click() {
+  if (OnClick) OnClick();
+}
+
+void Control::MouseDown(int button, int shift, int x, int y) {
+  if (OnMouseDown) OnMouseDown(button, shift, x, y);
+}
+
+Color TamrixCmd::FaceColor() const {
+  return hovered_ && d_.buttonType == 1 ? d_.officeOverColor : d_.backColor;
+}
+
+void TamrixCmd::SetHovered(bool hovered) {
+  if (hovered_ == hovered) return;
+  hovered_ = hovered;
+  Changed();
+}
+
+void TamrixCB::SetValue(std::int32_t v) {
+  value_ = v;
+  Changed();
+}
+
+void TamrixCB::Click() {
+  value_ = value_ == 1 ? 0 : 1;
+  Changed();
+  Control::Click();
+}
+
+void TamrixOpButton::Select() {
+  if (Parent()) {
+    for (Control* sibling : Parent()->Children()) {
+      if (sibling != this && sibling->kind() == Kind::TamrixOpButton) {
+        auto* other = static_cast<TamrixOpButton*>(sibling);
+        if (other->value_ != 0) {
+          other->value_ = 0;
+          other->Changed();
+        }
+      }
+    }
+  }
+  value_ = 1;
+  Changed();
+}
+
+void TamrixOpButton::SetValue(std::int32_t v) {
+  if (v == 0) {
+    value_ = 0;
+    Changed();
+    return;
+  }
+  bool wasSelected = value_ != 0;
+  Select();
+  if (!wasSelected) Control::Click();
+}
+
+void TamrixOpButton::Click() {
+  Select();
+  Control::Click();
+}
+
+void TamrixPBar::SetValue(double v) {
+  if (std::isnan(v) || v < 0) v = 0;
+  if (v > 100) v = 100;
+  value_ = v;
+  Changed();
+}
+
+void Timer::SetInterval(int ms) {
+  d_.interval = ms;
+  Changed();
+}
+
+void Timer::Tick() {
+  if (OnTimer) OnTimer();
+}
+
+void Form::Unload() {
+  loaded_ = false;
+  Changed();
+}
+
+void Form::SetWindowState(int state) {
+  windowState_ = state;
+  Changed();
+}
+
+void Form::SetMousePointer(int pointer) {
+  mousePointer_ = pointer;
+  Changed();
+}
+
+void Form::Load() {
+  loaded_ = true;
+  if (OnLoad) OnLoad();
+}
+
+void ForEachControl(Control& root, const std::function<void(Control&)>& visit) {
+  visit(root);
+  for (Control* child : root.Children()) ForEachControl(*child, visit);
+}
+
+Control* FindControl(Control& root, const std::string& name) {
+  Control* found = nullptr;
+  ForEachControl(root, [&](Control& c) {
+    if (!found && c.Name() == name) found = &c;
+  });
+  return found;
+}
+
+}  // namespace tamrix

@@ -1,0 +1,239 @@
+// The control set as plain objects. A control holds its design properties and its run-time
+// state, and the handlers of its events. When the program runs for real each control has a peer,
+// the window that shell/win32 made for it and keeps in step; in the tests a control has no peer,
+// and a test clicks it and reads it directly.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace tamrix {
+
+using Color = std::uint32_t;  // blue-green-red, as the platform stores colours
+
+namespace colors {
+constexpr Color White = 0xFFFFFF;
+constexpr Color Black = 0x000000;
+constexpr Color Beige = 0xCEE7EF;       // the skin's panels
+constexpr Color ButtonFace = 0x8000000F;  // the system's button face
+constexpr Color HoverBlue = 0xFF8080;   // flat buttons under the pointer
+constexpr Color LightGrey = 0xE0E0E0;
+constexpr Color Green = 0x00C000;
+constexpr Color Orange = 0x0080FF;
+constexpr Color Default = 0xFFFFFFFF;  // "the kind's own default" in a design line
+}  // namespace colors
+
+// A rectangle in twips, relative to the container.
+struct Twips {
+  int left = 0, top = 0, width = 0, height = 0;
+};
+
+struct FontSpec {
+  std::string name = "Verdana";
+  double size = 8.25;
+  bool bold = false;
+};
+
+enum class Kind { Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, TamrixPBar, Timer };
+
+// The design line of one control: what the window's design stores for it.
+struct Design {
+  std::string name;
+  std::string caption;
+  Twips rect;
+  FontSpec font = {};
+  Color backColor = colors::Default;
+  Color foreColor = colors::Black;
+  std::string tip;
+  std::string picture;  // the name of a picture among the program's resources
+  bool visible = true;
+  bool enabled = true;
+  int backStyle = 1;            // 0: transparent
+  int buttonType = 0;           // TamrixCmd: 1 is the flat style
+  Color officeOverColor = colors::HoverBlue;
+  Color maskColor = colors::White;
+  bool centerPicture = true;
+  bool centerText = true;
+  Color borderColor = colors::Default;
+  Color barColor = colors::Green;
+  bool showCaption = true;
+  int progressType = 0;
+  int direction = 0;
+  int interval = 0;  // timers
+  int alignment = 0;  // labels: 0 left, 1 right, 2 centre
+  bool wordWrap = true;
+};
+
+class Control;
+
+// Whatever keeps a control's outside in step with it: its window, or a test's virtual clock.
+class Peer {
+ public:
+  virtual ~Peer() = default;
+  virtual void Refresh(Control& control) = 0;
+};
+
+class Form;
+
+class Control {
+ public:
+  Control(Control* parent, Kind kind, Design design);
+  virtual ~Control() = default;
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  Kind kind() const { return kind_; }
+  const std::string& Name() const { return d_.name; }
+  Control* Parent() const { return parent_; }
+  const std::vector<Control*>& Children() const { return children_; }
+  Form* ParentForm();
+  const Design& design() const { return d_; }
+
+  const std::string& Caption() const { return d_.caption; }
+  void SetCaption(const std::string& caption);
+  bool Visible() const { return d_.visible; }
+  void SetVisible(bool visible);
+  bool Enabled() const { return d_.enabled; }
+  void SetEnabled(bool enabled);
+  Color BackColor() const { return d_.backColor; }
+  void SetBackColor(Color c);
+  Color ForeColor() const { return d_.foreColor; }
+  void SetForeColor(Color c);
+  const Twips& Rect() const { return d_.rect; }
+  void Move(Twips rect);
+
+  // The user's click, or a test's: the control's own reaction first, then the handler.
+  virtual void Click();
+
+  std::function<void()> OnClick;
+  // button: 1 left, 2 right, 4 middle; x and y in twips inside the control
+  std::function<void(int button, int shift, int x, int y)> OnMouseDown;
+  void MouseDown(int button, int shift, int x, int y);
+
+  Peer* peer = nullptr;
+
+ protected:
+  void Changed();
+  Design d_;
+
+ private:
+  Control* parent_;
+  Kind kind_;
+  std::vector<Control*> children_;
+};
+
+class TamrixFrm : public Control {
+ public:
+  TamrixFrm(Control* parent, Design d) : Control(parent, Kind::TamrixFrm, std::move(d)) {}
+};
+
+class Frame : public Control {
+ public:
+  Frame(Control* parent, Design d) : Control(parent, Kind::Frame, std::move(d)) {}
+};
+
+class Label : public Control {
+ public:
+  Label(Control* parent, Design d) : Control(parent, Kind::Label, std::move(d)) {}
+};
+
+class Image : public Control {
+ public:
+  Image(Control* parent, Design d) : Control(parent, Kind::Image, std::move(d)) {}
+};
+
+class Shape : public Control {
+ public:
+  Shape(Control* parent, Design d) : Control(parent, Kind::Shape, std::move(d)) {}
+};
+
+class TamrixCmd : public Control {
+ public:
+  TamrixCmd(Control* parent, Design d) : Control(parent, Kind::TamrixCmd, std::move(d)) {}
+  // The face colour of the moment: the hover colour of a flat button under the pointer.
+  Color FaceColor() const;
+  bool Hovered() const { return hovered_; }
+  void SetHovered(bool hovered);
+
+ private:
+  bool hovered_ = false;
+};
+
+class TamrixCB : public Control {
+ public:
+  TamrixCB(Control* parent, Design d) : Control(parent, Kind::TamrixCB, std::move(d)) {}
+  std::int32_t Value() const { return value_; }
+  // From code: no click event; only the user's click raises one.
+  void SetValue(std::int32_t v);
+  void Click() override;  // the user's click toggles, then the handler runs
+
+ private:
+  std::int32_t value_ = 0;
+};
+
+class TamrixOpButton : public Control {
+ public:
+  TamrixOpButton(Control* parent, Design d, std::int32_t value = 0)
+      : Control(parent, Kind::TamrixOpButton, std::move(d)), value_(value) {}
+  std::int32_t Value() const { return value_; }
+  // Selecting an option clears the others of its container, and raises its click event when it
+  // wasn't selected yet, as an option button does.
+  void SetValue(std::int32_t v);
+  void Click() override;
+
+ private:
+  void Select();
+  std::int32_t value_;
+};
+
+class TamrixPBar : public Control {
+ public:
+  TamrixPBar(Control* parent, Design d) : Control(parent, Kind::TamrixPBar, std::move(d)) {}
+  double Value() const { return value_; }
+  // Any value is taken without a fault; the bar keeps it within 0..100 (NaN counts as 0).
+  void SetValue(double v);
+
+ private:
+  double value_ = 0;
+};
+
+class Timer : public Control {
+ public:
+  // design.enabled says whether the timer runs from the start.
+  Timer(Control* parent, Design d) : Control(parent, Kind::Timer, std::move(d)) {}
+  int Interval() const { return d_.interval; }
+  void SetInterval(int ms);
+  std::function<void()> OnTimer;
+  void Tick();
+};
+
+// A top-level window. Its peer creates the window before Load runs and shows it after.
+class Form : public Control {
+ public:
+  Form(Design d) : Control(nullptr, Kind::Form, std::move(d)) {}
+
+  std::uint64_t hWnd = 0;  // set by the peer once the window exists
+
+  bool Loaded() const { return loaded_; }
+  void Unload();
+  int WindowState() const { return windowState_; }  // 0 normal, 1 minimised
+  void SetWindowState(int state);
+  int MousePointer() const { return mousePointer_; }  // 0 default, 11 hourglass
+  void SetMousePointer(int pointer);
+
+  std::function<void()> OnLoad;
+  void Load();
+
+ private:
+  bool loaded_ = false;
+  int windowState_ = 0;
+  int mousePointer_ = 0;
+};
+
+// Depth-first walk of a control tree, the container before its children.
+void ForEachControl(Control& root, const std::function<void(Control&)>& visit);
+Control* FindControl(Control& root, const std::string& name);
+
+}  // namespace tamrix

@@ -1,0 +1,109 @@
+#include "shell/Form1.h"
+
+#include "platform/Runtime.h"
+
+namespace tamrix {
+
+namespace {
+
+constexpr bool S = true;   // shown
+constexpr bool H = false;  // hidden
+
+// The corners of the window are cut by an ellipse of this size, whatever the client area.
+constexpr long kCornerEllipse = 50;
+
+constexpr unsigned kWmNcLButtonDown = 161;
+constexpr unsigned kHtCaption = 2;
+
+Design Nav(const char* name, const char* caption, int left, int width, const char* tip) {
+  return {.name = name, .caption = caption, .rect = {left, 5650, width, 460}, .tip = tip};
+}
+
+}  // namespace
+
+Form1::Form1(Platform& platform)
+    : Form({.name = "Form1",
+            .caption = " Tamrix Utility 3.0 Pro (Win 9.x - NT4.0 - 2000 - Xp - 2003)",
+            .rect = {0, 0, 7860, 6240},
+            .picture = "background"}),
+      p_(platform),
+      Image7(this, {.name = "Image7", .rect = {240, 180, 6600, 1080}, .picture = "title"}),
+      Minimised(this, {.name = "Minimised", .rect = {7080, 330, 240, 240}, .tip = "Réduire", .picture = "minimise"}),
+      Closed(this, {.name = "Closed", .rect = {7380, 330, 240, 240}, .tip = "Fermer", .picture = "close"}),
+      Frame4(this, {.name = "Frame4", .caption = "  Tamrix Utility  ", .rect = {360, 1505, 7215, 3855}}),
+      Frame1(this, {.name = "Frame1", .caption = " Windows ", .rect = {285, 1440, 7350, 4005}}),
+      Frame2(this, {.name = "Frame2", .caption = " Internet ", .rect = {360, 1560, 7215, 3735}}),
+      Frame3(this, {.name = "Frame3", .caption = "Information  Système", .rect = {240, 1440, 7455, 3975}}),
+      Propos(this, {.name = "Propos", .rect = {240, 1440, 7335, 3975}}),
+      protection(*this, platform),
+      frmprot(protection.frmprot),
+      command3(this, Nav("command3", "Accueil", 240, 735, ".. Retour à la page de démarrage ..")),
+      win(this, Nav("win", "&Windows", 1080, 975, ".. Optimisez votre Windows ..")),
+      internet(this, Nav("internet", "&Internet", 2160, 975, ".. Optimisez votre connexion internet ..")),
+      sys(this, Nav("sys", "Test &Lab", 3240, 1215, ".. Testez votre materiels ..")),
+      TamrixCmd7(this, {.name = "TamrixCmd7", .caption = "&Protection", .rect = {4560, 5640, 1095, 465},
+                        .tip = ".. Protégez votre système .."}),
+      apro(this, Nav("apro", "&A propos", 5760, 975, ".. Pour savoir plus sur Tamrix Utility 3.0 Pro ..")),
+      TamrixCmd1(this, {.name = "TamrixCmd1", .caption = "&Quitter", .rect = {6840, 5650, 735, 460}}),
+      Shape1(this, {.name = "Shape1", .rect = {150, 1350, 7560, 4155}, .borderColor = colors::LightGrey}),
+      Shape2(this, {.name = "Shape2", .rect = {150, 5580, 7560, 600}, .borderColor = colors::LightGrey}),
+      Timer1(this, {.name = "Timer1", .enabled = true, .interval = 200}),
+      Timer2(this, {.name = "Timer2", .enabled = true, .interval = 1000}),
+      Timer3(this, {.name = "Timer3", .enabled = false, .interval = 150}),
+      Timer4(this, {.name = "Timer4", .enabled = false, .interval = 500}) {
+  OnLoad = [this] { FormLoad(); };
+
+  auto drag = [this](int button, int, int, int) { DragWindow(button); };
+  OnMouseDown = drag;
+  Image7.OnMouseDown = drag;
+
+  Minimised.OnClick = [this] { SetWindowState(1); };
+  TamrixCmd1.OnClick = [this] { Unload(); };
+  Closed.OnClick = [this] { TamrixCmd1.Click(); };  // the two ways out stay one
+
+  command3.OnClick = [this] {
+    ShowPages({{&Frame4, S}, {&Frame3, H}, {&Frame2, H}, {&Frame1, H}, {&Propos, H}, {&frmprot, H}});
+  };
+  TamrixCmd7.OnClick = [this] {
+    ShowPages({{&Frame1, H}, {&Propos, H}, {&Frame2, H}, {&Frame3, H}, {&Frame4, H}, {&frmprot, S}});
+    protection.LoadRestrictions();
+  };
+}
+
+void Form1::FormLoad() {
+  // A second start leaves in silence: no message, no window, the first one untouched.
+  if (p_.EarlierInstanceRunning()) {
+    Unload();
+    return;
+  }
+
+  RectPx r = p_.GetClientRect(hWnd);
+  GdiHandle region = p_.CreateRoundRectRgn(r.left, r.top, r.right, r.bottom, kCornerEllipse, kCornerEllipse);
+  p_.SetWindowRgn(hWnd, region, true);
+  p_.DeleteObject(region);  // after the window has taken it; the result isn't looked at
+
+  // The home page first, whatever the last run showed.
+  Frame4.SetVisible(true);
+  Frame1.SetVisible(false);
+  Propos.SetVisible(false);
+  frmprot.SetVisible(false);
+  Timer3.SetEnabled(false);
+  Timer4.SetEnabled(false);
+  Frame3.SetVisible(false);
+  Frame2.SetVisible(false);
+
+  // The BIOS characteristics table, the mixer slice and the drive lists join the load here, in
+  // that order, with the pages that show them.
+}
+
+void Form1::DragWindow(int button) {
+  if (button != 1) return;  // only the left button moves the window
+  p_.ReleaseCapture();
+  p_.SendMessageA(hWnd, kWmNcLButtonDown, kHtCaption, 0);
+}
+
+void Form1::ShowPages(std::initializer_list<std::pair<Control*, bool>> rows) {
+  for (const auto& [frame, visible] : rows) frame->SetVisible(visible);
+}
+
+}  // namespace tamrix

@@ -1,0 +1,102 @@
+// The fake machine of the tests: an in-memory registry that follows the Windows rules (case-
+// insensitive keys, access masks, value types and sizes, the stored terminator, no key created by
+// a value write), scripted message-box answers, and a recorder of every platform call.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/Platform.h"
+
+namespace tamrix::fake {
+
+struct MessageBoxCall {
+  std::string text;
+  unsigned style;
+  std::string title;
+};
+
+struct StartedProcess {
+  std::string commandLine;
+  ShowCommand show;
+};
+
+class FakePlatform : public Platform {
+ public:
+  // --- the machine, as tests set it up and read it back ---
+  struct Value {
+    std::uint32_t type = 0;
+    std::string data;  // REG_SZ: UTF-8 text, a stored terminator included; others: raw bytes
+  };
+  void CreateKey(HKey hive, const std::string& path);  // with every missing parent
+  bool KeyExists(HKey hive, const std::string& path) const;
+  void SetValue(HKey hive, const std::string& path, const std::string& name, std::uint32_t type, std::string data);
+  void SetDword(HKey hive, const std::string& path, const std::string& name, std::uint32_t data);
+  const Value* GetValue(HKey hive, const std::string& path, const std::string& name) const;
+  // Size as the registry counts it (ANSI bytes).
+  static std::uint32_t SizeOf(const Value& v);
+  // A key this account may read but not write: opening it with any write right is refused.
+  void DenyWrite(HKey hive, const std::string& path);
+  std::size_t OpenHandles() const { return handles_.size(); }
+
+  bool earlierInstance = false;
+  char decimalSign = ',';
+  std::set<std::string> missingPrograms;  // executables that can't be started
+  std::deque<int> answers;                // message box answers, IdOk when none is left
+  RectPx clientRect{0, 0, 524, 416};
+
+  std::vector<std::string> calls;  // every platform call, in order
+  std::vector<MessageBoxCall> boxes;
+  std::vector<StartedProcess> started;
+  int beeps = 0;
+  void ClearCalls() { calls.clear(); }
+
+  // --- Platform ---
+  long RegOpenKeyExA(HKey parent, const std::string& subKey, std::uint32_t options, std::uint32_t samDesired,
+                     HKey* result) override;
+  long RegCloseKey(HKey key) override;
+  long RegQueryValueExA(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
+                        std::uint32_t* size) override;
+  long RegSetValueExA(HKey key, const std::string& valueName, std::uint32_t type, const std::string& data,
+                      std::uint32_t size) override;
+  long RegDeleteKeyA(HKey parent, const std::string& subKey) override;
+  long RegDeleteValueA(HKey key, const std::string& valueName) override;
+  bool EarlierInstanceRunning() override;
+  void StartProcess(const std::string& commandLine, ShowCommand show) override;
+  int MessageBoxA(const std::string& text, unsigned style, const std::string& title) override;
+  void Beep() override;
+  RectPx GetClientRect(WindowHandle window) override;
+  GdiHandle CreateRoundRectRgn(long left, long top, long right, long bottom, long ellipseWidth,
+                               long ellipseHeight) override;
+  int SetWindowRgn(WindowHandle window, GdiHandle region, bool redraw) override;
+  bool DeleteObject(GdiHandle object) override;
+  bool ReleaseCapture() override;
+  std::int64_t SendMessageA(WindowHandle window, unsigned message, std::uint64_t wParam, std::int64_t lParam) override;
+  char DecimalSign() override { return decimalSign; }
+
+ private:
+  struct Key {
+    std::vector<std::pair<std::string, Value>> values;  // in the order of creation
+    bool denyWrite = false;
+  };
+  struct Handle {
+    std::string path;  // full path, lower case
+    std::uint32_t access;
+  };
+  static std::string Full(HKey hive, const std::string& path);
+  bool Resolve(HKey key, std::string* path, std::uint32_t* access) const;
+  Value* FindValue(Key& key, const std::string& name);
+
+  std::map<std::string, Key> keys_;
+  std::map<HKey, Handle> handles_;
+  HKey nextHandle_ = 0x1000;
+  GdiHandle nextGdi_ = 0x2000;
+};
+
+// The registry functions' short names in the recorder.
+std::string HiveName(HKey hive);
+
+}  // namespace tamrix::fake
