@@ -1,0 +1,34 @@
+// The platform operations on real Windows (and on Wine): the ANSI functions, with text converted
+// to and from the system's code page at each call.
+#pragma once
+
+#include "platform/Platform.h"
+
+namespace tamrix::win32 {
+
+class Win32Platform : public Platform {
+ public:
+  long RegOpenKeyExA(HKey parent, const std::string& subKey, std::uint32_t options, std::uint32_t samDesired,
+                     HKey* result) override;
+  long RegCloseKey(HKey key) override;
+  long RegQueryValueExA(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
+                        std::uint32_t* size) override;
+  long RegSetValueExA(HKey key, const std::string& valueName, std::uint32_t type, const std::string& data,
+                      std::uint32_t size) override;
+  long RegDeleteKeyA(HKey parent, const std::string& subKey) override;
+  long RegDeleteValueA(HKey key, const std::string& valueName) override;
+  bool EarlierInstanceRunning() override;
+  void StartProcess(const std::string& commandLine, ShowCommand show) override;
+  int MessageBoxA(const std::string& text, unsigned style, const std::string& title) override;
+  void Beep() override;
+  RectPx GetClientRect(WindowHandle window) override;
+  GdiHandle CreateRoundRectRgn(long left, long top, long right, long bottom, long ellipseWidth,
+                               long ellipseHeight) override;
+  int SetWindowRgn(WindowHandle window, GdiHandle region, bool redraw) override;
+  bool DeleteObject(GdiHandle object) override;
+  bool ReleaseCapture() override;
+  std::int64_t SendMessageA(WindowHandle window, unsigned message, std::uint64_t wParam, std::int64_t lParam) override;
+  char DecimalSign() override;
+};
+
+}  // namespace tamrix::win32

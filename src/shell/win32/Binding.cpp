@@ -1,0 +1,427 @@
+#include "shell/win32/Binding.h"
+
+#include <commctrl.h>
+
+#include <cctype>
+
+#include "platform/win32/Ansi.h"
+#include "shell/Dispatch.h"
+#include "shell/win32/ControlMessages.h"
+
+namespace tamrix::win32 {
+
+namespace {
+
+int Px(int twips) { return Resources::ToPixels(twips); }
+
+int Shift() {
+  return (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
+         (GetKeyState(VK_MENU) < 0 ? 4 : 0);
+}
+
+}  // namespace
+
+// One control's window, kept in step with the control.
+class WindowPeer : public Peer {
+ public:
+  WindowPeer(Binding& b, Control& c, Form& form) : binding(b), control(c), form(form) {}
+
+  void Refresh(Control& c) override;
+
+  Binding& binding;
+  Control& control;
+  Form& form;
+  HWND hwnd = nullptr;
+  bool pressed = false;
+  bool tracking = false;
+  bool shownOnce = false;
+  UINT_PTR timerId = 0;
+  HWND formWindow = nullptr;  // timers tick on their form's window
+  std::string tipAnsi;
+  int windowState = 0;
+};
+
+void WindowPeer::Refresh(Control& c) {
+  if (c.kind() == Kind::Timer) {
+    auto& t = static_cast<Timer&>(c);
+    if (!formWindow || !IsWindow(formWindow)) return;
+    // SetTimer on a running timer starts its countdown again, as a new interval must.
+    if (t.Enabled() && t.Interval() > 0)
+      SetTimer(formWindow, timerId, static_cast<UINT>(t.Interval()), nullptr);
+    else
+      KillTimer(formWindow, timerId);
+    return;
+  }
+  if (c.kind() == Kind::Shape) {
+    if (formWindow) InvalidateRect(formWindow, nullptr, FALSE);
+    return;
+  }
+  if (!hwnd) return;
+  if (c.kind() == Kind::Form) {
+    auto& f = static_cast<Form&>(c);
+    if (!f.Loaded()) {
+      DestroyWindow(hwnd);
+      return;
+    }
+    if (f.WindowState() != windowState) {
+      windowState = f.WindowState();
+      if (shownOnce) ShowWindow(hwnd, windowState == 1 ? SW_MINIMIZE : SW_RESTORE);
+    }
+    SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
+    return;
+  }
+  char current[512] = {};
+  GetWindowTextA(hwnd, current, sizeof current);
+  std::string caption = ToAnsi(c.Caption());
+  if (caption != current) SetWindowTextA(hwnd, caption.c_str());
+  if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
+  RECT r;
+  GetWindowRect(hwnd, &r);
+  MapWindowPoints(HWND_DESKTOP, GetParent(hwnd), reinterpret_cast<POINT*>(&r), 2);
+  const Twips& t = c.Rect();
+  if (r.left != Px(t.left) || r.top != Px(t.top) || r.right - r.left != Px(t.width) || r.bottom - r.top != Px(t.height))
+    SetWindowPos(hwnd, nullptr, Px(t.left), Px(t.top), Px(t.width), Px(t.height), SWP_NOZORDER | SWP_NOACTIVATE);
+  bool visible = (GetWindowLongA(hwnd, GWL_STYLE) & WS_VISIBLE) != 0;
+  if (visible != c.Visible()) ShowWindow(hwnd, c.Visible() ? SW_SHOWNA : SW_HIDE);
+  InvalidateRect(hwnd, nullptr, FALSE);
+}
+
+Binding::Binding(Platform& platform, HINSTANCE instance)
+    : platform_(platform), instance_(instance), resources_(instance) {
+  INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES};
+  InitCommonControlsEx(&icc);
+
+  WNDCLASSA form{};
+  form.style = CS_DBLCLKS;
+  form.lpfnWndProc = FormProc;
+  form.hInstance = instance;
+  form.hIcon = LoadIconA(instance, MAKEINTRESOURCEA(1));
+  form.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
+  form.lpszClassName = kFormClass;
+  RegisterClassA(&form);
+
+  WNDCLASSA ctl{};
+  ctl.lpfnWndProc = ControlProc;
+  ctl.hInstance = instance;
+  ctl.hCursor = LoadCursorA(nullptr, MAKEINTRESOURCEA(32512));
+  ctl.lpszClassName = kControlClass;
+  RegisterClassA(&ctl);
+}
+
+Binding::~Binding() = default;
+
+void Binding::Invoke(const std::function<void()>& handler) {
+  if (!RunHandler(platform_, handler)) ExitProcess(0);  // the runtime ends the program after its box
+}
+
+void Binding::FormGone() {
+  if (--liveForms_ == 0) PostQuitMessage(0);
+}
+
+void Binding::Create(Control& c, HWND parent, Form& form) {
+  auto peer = std::make_unique<WindowPeer>(*this, c, form);
+  WindowPeer* p = peer.get();
+  peers_.push_back(std::move(peer));
+  c.peer = p;
+  p->formWindow = reinterpret_cast<HWND>(static_cast<ULONG_PTR>(form.hWnd));
+
+  if (c.kind() == Kind::Timer) {
+    p->timerId = peers_.size();
+    p->Refresh(c);
+    return;
+  }
+  if (c.kind() == Kind::Shape) return;  // drawn by its form, it has no window of its own
+
+  const Twips& t = c.Rect();
+  DWORD style = WS_CHILD | WS_CLIPSIBLINGS | (c.Visible() ? WS_VISIBLE : 0) | (c.Enabled() ? 0 : WS_DISABLED);
+  if (c.kind() == Kind::TamrixFrm || c.kind() == Kind::Frame) style |= WS_CLIPCHILDREN;
+  p->hwnd = CreateWindowExA(0, kControlClass, ToAnsi(c.Caption()).c_str(), style, Px(t.left), Px(t.top), Px(t.width),
+                            Px(t.height), parent, nullptr, instance_, p);
+  // Siblings stack in the order they are declared, the first in front.
+  SetWindowPos(p->hwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  SetPropA(p->hwnd, kDesignNameProp,
+           reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GlobalAddAtomA(c.Name().c_str()))));
+  if (!c.design().tip.empty()) {
+    HWND tips = reinterpret_cast<HWND>(GetPropA(p->formWindow, "TamrixTips"));
+    p->tipAnsi = ToAnsi(c.design().tip);
+    TOOLINFOA ti{};
+    ti.cbSize = sizeof ti;
+    ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    ti.hwnd = p->hwnd;
+    ti.uId = reinterpret_cast<UINT_PTR>(p->hwnd);
+    ti.lpszText = p->tipAnsi.data();
+    SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
+  }
+  for (Control* child : c.Children()) Create(*child, p->hwnd, form);
+}
+
+bool Binding::Show(Form& form) {
+  auto peer = std::make_unique<WindowPeer>(*this, form, form);
+  WindowPeer* p = peer.get();
+  peers_.push_back(std::move(peer));
+
+  const int w = Px(form.Rect().width), h = Px(form.Rect().height);
+  const int x = (GetSystemMetrics(SM_CXSCREEN) - w) / 2, y = (GetSystemMetrics(SM_CYSCREEN) - h) / 2;
+  HWND hwnd = CreateWindowExA(WS_EX_APPWINDOW, kFormClass, ToAnsi(form.Caption()).c_str(),
+                              WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN, x, y, w, h, nullptr, nullptr,
+                              instance_, p);
+  ++liveForms_;
+  p->hwnd = hwnd;
+  p->formWindow = hwnd;
+  form.hWnd = reinterpret_cast<ULONG_PTR>(hwnd);
+  form.peer = p;
+  SetPropA(hwnd, kDesignNameProp, reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GlobalAddAtomA(form.Name().c_str()))));
+  HWND tips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
+                              CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, hwnd, nullptr, instance_, nullptr);
+  SetPropA(hwnd, "TamrixTips", tips);
+  for (Control* child : form.Children()) Create(*child, hwnd, form);
+
+  Invoke([&] { form.Load(); });
+  if (!form.Loaded()) return false;
+  p->shownOnce = true;
+  ShowWindow(hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
+  UpdateWindow(hwnd);
+  return true;
+}
+
+bool Binding::AccessKey(HWND window, char key) {
+  HWND root = GetAncestor(window, GA_ROOT);
+  key = static_cast<char>(std::toupper(static_cast<unsigned char>(key)));
+  for (auto& p : peers_) {
+    if (p->control.kind() != Kind::TamrixCmd || !p->hwnd || GetAncestor(p->hwnd, GA_ROOT) != root) continue;
+    if (!IsWindowVisible(p->hwnd) || !IsWindowEnabled(p->hwnd)) continue;
+    const std::string& caption = p->control.Caption();
+    std::size_t amp = caption.find('&');
+    if (amp != std::string::npos && amp + 1 < caption.size() &&
+        std::toupper(static_cast<unsigned char>(caption[amp + 1])) == static_cast<unsigned char>(key)) {
+      Control& c = p->control;
+      Invoke([&] { c.Click(); });
+      return true;
+    }
+  }
+  return false;
+}
+
+int Binding::Run() {
+  MSG msg;
+  while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
+    if (msg.message == WM_SYSCHAR && AccessKey(msg.hwnd, static_cast<char>(msg.wParam))) continue;
+    TranslateMessage(&msg);
+    DispatchMessageA(&msg);
+  }
+  return static_cast<int>(msg.wParam);
+}
+
+namespace {
+
+WindowPeer* PeerOf(HWND hwnd, UINT msg, LPARAM lParam) {
+  if (msg == WM_NCCREATE) {
+    auto* p = static_cast<WindowPeer*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
+    SetWindowLongPtrA(hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(p));
+    return p;
+  }
+  return reinterpret_cast<WindowPeer*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
+}
+
+// Twips inside the control, as mouse events carry them.
+int TwipsX(LPARAM l) { return static_cast<short>(LOWORD(l)) * 15; }
+int TwipsY(LPARAM l) { return static_cast<short>(HIWORD(l)) * 15; }
+
+void PaintBuffered(HWND hwnd, WindowPeer& p) {
+  PAINTSTRUCT ps;
+  HDC dc = BeginPaint(hwnd, &ps);
+  RECT rc;
+  GetClientRect(hwnd, &rc);
+  HDC mem = CreateCompatibleDC(dc);
+  HBITMAP bmp = CreateCompatibleBitmap(dc, std::max<LONG>(1, rc.right), std::max<LONG>(1, rc.bottom));
+  HGDIOBJ old = SelectObject(mem, bmp);
+  Resources& res = p.binding.resources();
+  if (p.control.kind() == Kind::Form) {
+    HBITMAP pic = res.Picture(p.control.design().picture);
+    if (pic) {
+      HDC src = CreateCompatibleDC(dc);
+      HGDIOBJ o = SelectObject(src, pic);
+      BitBlt(mem, 0, 0, rc.right, rc.bottom, src, 0, 0, SRCCOPY);
+      SelectObject(src, o);
+      DeleteDC(src);
+    } else {
+      FillRect(mem, &rc, GetSysColorBrush(COLOR_BTNFACE));
+    }
+    for (Control* child : p.control.Children()) {
+      if (child->kind() != Kind::Shape || !child->Visible()) continue;
+      const Twips& t = child->Rect();
+      HPEN pen = CreatePen(PS_SOLID, 1, ToColorRef(child->design().borderColor));
+      HGDIOBJ op = SelectObject(mem, pen), ob = SelectObject(mem, GetStockObject(NULL_BRUSH));
+      RoundRect(mem, Px(t.left), Px(t.top), Px(t.left + t.width), Px(t.top + t.height), 12, 12);
+      SelectObject(mem, op);
+      SelectObject(mem, ob);
+      DeleteObject(pen);
+    }
+  } else {
+    PaintBehind(mem, hwnd, p.control, res);
+    PaintControl(mem, rc, p.control, res, p.pressed);
+  }
+  BitBlt(dc, 0, 0, rc.right, rc.bottom, mem, 0, 0, SRCCOPY);
+  SelectObject(mem, old);
+  DeleteObject(bmp);
+  DeleteDC(mem);
+  EndPaint(hwnd, &ps);
+}
+
+// Messages by which outside programs read what the skin paints.
+bool AnswerQuery(WindowPeer& p, UINT msg, LRESULT* result) {
+  Control& c = p.control;
+  switch (msg) {
+    case BM_GETCHECK:
+      if (c.kind() == Kind::TamrixCB) *result = static_cast<TamrixCB&>(c).Value();
+      else if (c.kind() == Kind::TamrixOpButton) *result = static_cast<TamrixOpButton&>(c).Value();
+      else *result = 0;
+      return true;
+    case kMsgGetForeColor:
+      *result = static_cast<LRESULT>(c.ForeColor());
+      return true;
+    case kMsgGetFaceColor:
+      *result = static_cast<LRESULT>(c.kind() == Kind::TamrixCmd ? static_cast<TamrixCmd&>(c).FaceColor() : c.BackColor());
+      return true;
+    case kMsgGetBarValue:
+      *result = c.kind() == Kind::TamrixPBar ? static_cast<LRESULT>(static_cast<TamrixPBar&>(c).Value() * 100) : 0;
+      return true;
+    case kMsgIsShown:
+      *result = c.Visible() ? 1 : 0;
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool SetCursorFor(WindowPeer& p) {
+  if (p.form.MousePointer() != 11) return false;
+  SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(32514)));  // the hourglass
+  return true;
+}
+
+}  // namespace
+
+LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+  WindowPeer* p = PeerOf(hwnd, msg, lParam);
+  if (!p) return DefWindowProcA(hwnd, msg, wParam, lParam);
+  Form& form = p->form;
+  Binding& b = p->binding;
+  LRESULT answer;
+  if (AnswerQuery(*p, msg, &answer)) return answer;
+  switch (msg) {
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT:
+      PaintBuffered(hwnd, *p);
+      return 0;
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN: {
+      int button = msg == WM_LBUTTONDOWN ? 1 : msg == WM_RBUTTONDOWN ? 2 : 4;
+      b.Invoke([&] { form.MouseDown(button, Shift(), TwipsX(lParam), TwipsY(lParam)); });
+      return 0;
+    }
+    case WM_TIMER:
+      for (auto& peer : b.peers_) {
+        if (peer->timerId == wParam && peer->formWindow == hwnd && peer->control.kind() == Kind::Timer) {
+          auto& timer = static_cast<Timer&>(peer->control);
+          if (timer.Enabled()) b.Invoke([&] { timer.Tick(); });
+          break;
+        }
+      }
+      return 0;
+    case WM_SIZE:
+      // The task bar's restore and minimise keep the form's state in step.
+      p->windowState = wParam == SIZE_MINIMIZED ? 1 : 0;
+      break;
+    case WM_SETCURSOR:
+      if (SetCursorFor(*p)) return TRUE;
+      break;
+    case WM_CLOSE:
+      b.Invoke([&] { form.Unload(); });
+      return 0;
+    case WM_NCDESTROY:
+      p->hwnd = nullptr;
+      for (auto& peer : b.peers_)
+        if (peer->formWindow == hwnd) {
+          peer->hwnd = nullptr;
+          peer->formWindow = nullptr;
+        }
+      b.FormGone();
+      break;
+    default:
+      break;
+  }
+  return DefWindowProcA(hwnd, msg, wParam, lParam);
+}
+
+LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+  WindowPeer* p = PeerOf(hwnd, msg, lParam);
+  if (!p) return DefWindowProcA(hwnd, msg, wParam, lParam);
+  Control& c = p->control;
+  Binding& b = p->binding;
+  LRESULT answer;
+  if (AnswerQuery(*p, msg, &answer)) return answer;
+  switch (msg) {
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_PAINT:
+      PaintBuffered(hwnd, *p);
+      return 0;
+    case WM_LBUTTONDOWN:
+      SetCapture(hwnd);
+      p->pressed = true;
+      InvalidateRect(hwnd, nullptr, FALSE);
+      b.Invoke([&] { c.MouseDown(1, Shift(), TwipsX(lParam), TwipsY(lParam)); });
+      return 0;
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN: {
+      int button = msg == WM_RBUTTONDOWN ? 2 : 4;
+      b.Invoke([&] { c.MouseDown(button, Shift(), TwipsX(lParam), TwipsY(lParam)); });
+      return 0;
+    }
+    case WM_LBUTTONUP: {
+      bool wasPressed = p->pressed;
+      p->pressed = false;
+      if (GetCapture() == hwnd) ReleaseCapture();
+      RECT rc;
+      GetClientRect(hwnd, &rc);
+      POINT pt{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+      if (p->hwnd) InvalidateRect(hwnd, nullptr, FALSE);
+      if (wasPressed && PtInRect(&rc, pt)) b.Invoke([&] { c.Click(); });
+      return 0;
+    }
+    case WM_CAPTURECHANGED:
+      if (p->pressed) {
+        p->pressed = false;
+        InvalidateRect(hwnd, nullptr, FALSE);
+      }
+      return 0;
+    case BM_CLICK:
+      b.Invoke([&] { c.Click(); });
+      return 0;
+    case WM_MOUSEMOVE:
+      if (c.kind() == Kind::TamrixCmd && !p->tracking) {
+        TRACKMOUSEEVENT tme{sizeof tme, TME_LEAVE, hwnd, 0};
+        p->tracking = TrackMouseEvent(&tme);
+        static_cast<TamrixCmd&>(c).SetHovered(true);
+      }
+      return 0;
+    case WM_MOUSELEAVE:
+      p->tracking = false;
+      if (c.kind() == Kind::TamrixCmd) static_cast<TamrixCmd&>(c).SetHovered(false);
+      return 0;
+    case WM_SETCURSOR:
+      if (SetCursorFor(*p)) return TRUE;
+      break;
+    case WM_NCDESTROY:
+      p->hwnd = nullptr;
+      break;
+    default:
+      break;
+  }
+  return DefWindowProcA(hwnd, msg, wParam, lParam);
+}
+
+}  // namespace tamrix::win32

@@ -1,0 +1,39 @@
+// How each control of the skin paints itself. The libraries of the original look aren't
+// available, so bevels, the round bar and the hover face are ours, within what the controls'
+// properties describe.
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <string>
+#include <tuple>
+
+#include "shell/Controls.h"
+
+namespace tamrix::win32 {
+
+class Resources {
+ public:
+  explicit Resources(HINSTANCE instance) : instance_(instance) {}
+  ~Resources();
+  HFONT Font(const FontSpec& spec);
+  HBITMAP Picture(const std::string& name);  // a BITMAP resource named in upper case; null when absent
+  static int ToPixels(int twips) { return (twips + 7) / 15; }  // 15 twips a pixel at 96 dpi
+
+ private:
+  HINSTANCE instance_;
+  std::map<std::tuple<std::string, int, bool>, HFONT> fonts_;
+  std::map<std::string, HBITMAP> pictures_;
+};
+
+// Paints a control into dc, whose origin is the control's top-left corner, over what lies behind
+// it; `pressed` is the mouse button held down on it.
+void PaintControl(HDC dc, const RECT& rc, Control& control, Resources& res, bool pressed);
+
+// Paints what lies behind a control with a transparent background: its container's face.
+void PaintBehind(HDC dc, HWND window, Control& control, Resources& res);
+
+COLORREF ToColorRef(Color c);
+
+}  // namespace tamrix::win32

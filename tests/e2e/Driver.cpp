@@ -1,0 +1,252 @@
+#include "e2e/Driver.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <vector>
+
+#include "shell/win32/ControlMessages.h"
+
+namespace tamrix::e2e {
+
+using namespace tamrix::win32;
+
+std::string Utf8(const std::wstring& w) {
+  if (w.empty()) return {};
+  int n = WideCharToMultiByte(CP_UTF8, 0, w.data(), static_cast<int>(w.size()), nullptr, 0, nullptr, nullptr);
+  std::string s(n, '\0');
+  WideCharToMultiByte(CP_UTF8, 0, w.data(), static_cast<int>(w.size()), s.data(), n, nullptr, nullptr);
+  return s;
+}
+
+std::wstring Wide(const std::string& utf8) {
+  if (utf8.empty()) return {};
+  int n = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), nullptr, 0);
+  std::wstring w(n, L'\0');
+  MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), w.data(), n);
+  return w;
+}
+
+bool WaitUntil(const std::function<bool()>& done, DWORD timeoutMs) {
+  DWORD start = GetTickCount();
+  for (;;) {
+    if (done()) return true;
+    if (GetTickCount() - start > timeoutMs) return false;
+    Sleep(50);
+  }
+}
+
+namespace {
+
+std::string WindowText(HWND h) {
+  wchar_t buf[2048];
+  DWORD_PTR n = 0;
+  if (!SendMessageTimeoutW(h, WM_GETTEXT, 2048, reinterpret_cast<LPARAM>(buf), SMTO_ABORTIFHUNG, 5000, &n)) return {};
+  return Utf8(std::wstring(buf, n));
+}
+
+std::string ClassName(HWND h) {
+  char buf[256] = {};
+  GetClassNameA(h, buf, sizeof buf);
+  return buf;
+}
+
+std::string DesignName(HWND h) {
+  auto atom = static_cast<ATOM>(reinterpret_cast<ULONG_PTR>(GetPropA(h, kDesignNameProp)));
+  if (!atom) return {};
+  char buf[256] = {};
+  GlobalGetAtomNameA(atom, buf, sizeof buf);
+  return buf;
+}
+
+LRESULT Ask(HWND h, UINT msg) {
+  DWORD_PTR r = 0;
+  SendMessageTimeoutA(h, msg, 0, 0, SMTO_ABORTIFHUNG, 5000, &r);
+  return static_cast<LRESULT>(r);
+}
+
+struct Search {
+  DWORD pid;
+  std::string cls;
+  HWND exclude;
+  HWND found;
+};
+
+BOOL CALLBACK FindTopLevel(HWND h, LPARAM l) {
+  auto* s = reinterpret_cast<Search*>(l);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(h, &pid);
+  if (pid == s->pid && h != s->exclude && IsWindowVisible(h) && (s->cls.empty() || ClassName(h) == s->cls)) {
+    s->found = h;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+App::~App() {
+  if (pi_.hProcess) {
+    if (Running()) {
+      TerminateProcess(pi_.hProcess, 1);
+      WaitForSingleObject(pi_.hProcess, 5000);
+    }
+    CloseHandle(pi_.hProcess);
+    CloseHandle(pi_.hThread);
+  }
+}
+
+std::string App::ExePath() {
+  const char* exe = std::getenv("TAMRIX_EXE");
+  return exe ? exe : "tamrix.exe";
+}
+
+bool App::Launch() {
+  std::string line = "\"" + ExePath() + "\"";
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  return CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi_);
+}
+
+bool App::WaitMainWindow(DWORD timeoutMs) {
+  return WaitUntil(
+      [&] {
+        Search s{pi_.dwProcessId, kFormClass, nullptr, nullptr};
+        EnumWindows(FindTopLevel, reinterpret_cast<LPARAM>(&s));
+        main_ = s.found;
+        return main_ != nullptr;
+      },
+      timeoutMs);
+}
+
+bool App::Start(DWORD timeoutMs) { return Launch() && WaitMainWindow(timeoutMs); }
+
+bool App::WaitExit(DWORD timeoutMs) { return WaitForSingleObject(pi_.hProcess, timeoutMs) == WAIT_OBJECT_0; }
+
+DWORD App::ExitCode() {
+  DWORD code = 0;
+  GetExitCodeProcess(pi_.hProcess, &code);
+  return code;
+}
+
+bool App::Running() { return pi_.hProcess && WaitForSingleObject(pi_.hProcess, 0) == WAIT_TIMEOUT; }
+
+HWND App::Find(const std::string& designName) {
+  if (!main_) return nullptr;
+  if (DesignName(main_) == designName) return main_;
+  struct Ctx {
+    std::string name;
+    HWND found;
+  } ctx{designName, nullptr};
+  EnumChildWindows(
+      main_,
+      [](HWND h, LPARAM l) -> BOOL {
+        auto* c = reinterpret_cast<Ctx*>(l);
+        if (DesignName(h) == c->name) {
+          c->found = h;
+          return FALSE;
+        }
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&ctx));
+  return ctx.found;
+}
+
+void App::Click(const std::string& designName) { PostMessageA(Find(designName), BM_CLICK, 0, 0); }
+
+std::string App::Text(const std::string& designName) { return WindowText(Find(designName)); }
+
+int App::Value(const std::string& designName) { return static_cast<int>(Ask(Find(designName), BM_GETCHECK)); }
+
+bool App::Shown(const std::string& designName) { return Ask(Find(designName), kMsgIsShown) != 0; }
+
+COLORREF App::ForeColor(const std::string& designName) {
+  return static_cast<COLORREF>(Ask(Find(designName), kMsgGetForeColor));
+}
+
+COLORREF App::FaceColor(const std::string& designName) {
+  return static_cast<COLORREF>(Ask(Find(designName), kMsgGetFaceColor));
+}
+
+std::optional<MessageBoxSeen> App::WaitMessageBox(DWORD timeoutMs) {
+  HWND box = nullptr;
+  WaitUntil(
+      [&] {
+        Search s{pi_.dwProcessId, "#32770", nullptr, nullptr};
+        EnumWindows(FindTopLevel, reinterpret_cast<LPARAM>(&s));
+        box = s.found;
+        return box != nullptr;
+      },
+      timeoutMs);
+  if (!box) return std::nullopt;
+  MessageBoxSeen seen{box, WindowText(box), {}};
+  // The text of a message box stands in the static with id 0xFFFF.
+  HWND text = GetDlgItem(box, 0xFFFF);
+  if (text) seen.text = WindowText(text);
+  return seen;
+}
+
+void App::Answer(const MessageBoxSeen& box, int buttonId) {
+  HWND button = GetDlgItem(box.hwnd, buttonId);
+  if (button)
+    PostMessageA(button, BM_CLICK, 0, 0);
+  else
+    PostMessageA(box.hwnd, WM_COMMAND, buttonId, 0);
+  WaitUntil([&] { return !IsWindow(box.hwnd); }, 5000);
+}
+
+HWND App::OtherWindow() {
+  Search s{pi_.dwProcessId, "", main_, nullptr};
+  EnumWindows(FindTopLevel, reinterpret_cast<LPARAM>(&s));
+  return s.found;
+}
+
+void Screenshot(const std::string& name) {
+  const char* dir = std::getenv("TAMRIX_SHOTS");
+  if (!dir) return;
+  Sleep(300);  // let the last paint land
+  int w = GetSystemMetrics(SM_CXSCREEN), h = GetSystemMetrics(SM_CYSCREEN);
+  HDC screen = GetDC(nullptr);
+  HDC mem = CreateCompatibleDC(screen);
+  BITMAPINFO bi{};
+  bi.bmiHeader = {sizeof(BITMAPINFOHEADER), w, h, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+  void* bits = nullptr;
+  HBITMAP dib = CreateDIBSection(screen, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
+  HGDIOBJ old = SelectObject(mem, dib);
+  BitBlt(mem, 0, 0, w, h, screen, 0, 0, SRCCOPY);
+  GdiFlush();
+  DWORD stride = ((w * 3 + 3) / 4) * 4, size = stride * h;
+  BITMAPFILEHEADER fh{0x4D42, static_cast<DWORD>(sizeof fh + sizeof bi.bmiHeader + size), 0, 0,
+                      static_cast<DWORD>(sizeof fh + sizeof bi.bmiHeader)};
+  std::ofstream out(std::string(dir) + "\\" + name + ".bmp", std::ios::binary);
+  out.write(reinterpret_cast<const char*>(&fh), sizeof fh);
+  out.write(reinterpret_cast<const char*>(&bi.bmiHeader), sizeof bi.bmiHeader);
+  out.write(static_cast<const char*>(bits), size);
+  SelectObject(mem, old);
+  DeleteObject(dib);
+  DeleteDC(mem);
+  ReleaseDC(nullptr, screen);
+}
+
+COLORREF ScreenPixel(int x, int y) {
+  HDC screen = GetDC(nullptr);
+  COLORREF c = GetPixel(screen, x, y);
+  ReleaseDC(nullptr, screen);
+  return c;
+}
+
+DWORD RunAndWait(const std::string& commandLine, DWORD timeoutMs) {
+  std::string line = commandLine;
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi))
+    return static_cast<DWORD>(-1);
+  WaitForSingleObject(pi.hProcess, timeoutMs);
+  DWORD code = 0;
+  GetExitCodeProcess(pi.hProcess, &code);
+  CloseHandle(pi.hThread);
+  CloseHandle(pi.hProcess);
+  return code;
+}
+
+}  // namespace tamrix::e2e

@@ -1,0 +1,71 @@
+// The end-to-end driver: starts the real tamrix.exe, finds its controls by their design names,
+// clicks them, reads what they show, answers its message boxes, and photographs the screen.
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace tamrix::e2e {
+
+std::string Utf8(const std::wstring& w);
+std::wstring Wide(const std::string& utf8);
+
+// Polls until the predicate holds or the time is up.
+bool WaitUntil(const std::function<bool()>& done, DWORD timeoutMs = 10000);
+
+struct MessageBoxSeen {
+  HWND hwnd = nullptr;
+  std::string title;
+  std::string text;
+};
+
+class App {
+ public:
+  App() = default;
+  ~App();  // a process left running is ended
+  App(const App&) = delete;
+  App& operator=(const App&) = delete;
+
+  static std::string ExePath();  // TAMRIX_EXE
+
+  bool Launch();                 // starts the process, without waiting
+  bool Start(DWORD timeoutMs = 30000);  // starts it and waits for the main window
+  bool WaitMainWindow(DWORD timeoutMs = 30000);
+  bool WaitExit(DWORD timeoutMs = 10000);
+  DWORD ExitCode();
+  DWORD Pid() const { return pi_.dwProcessId; }
+  bool Running();
+  HWND Main() const { return main_; }
+
+  HWND Find(const std::string& designName);
+  void Click(const std::string& designName);  // posted, so a message box it opens doesn't block us
+  std::string Text(const std::string& designName);
+  int Value(const std::string& designName);  // BM_GETCHECK
+  bool Shown(const std::string& designName);  // the control's own Visible
+  COLORREF ForeColor(const std::string& designName);
+  COLORREF FaceColor(const std::string& designName);
+
+  // A message box of this process, once it stands.
+  std::optional<MessageBoxSeen> WaitMessageBox(DWORD timeoutMs = 10000);
+  static void Answer(const MessageBoxSeen& box, int buttonId);
+
+  // Any visible top-level window of this process other than the main window.
+  HWND OtherWindow();
+
+ private:
+  PROCESS_INFORMATION pi_{};
+  HWND main_ = nullptr;
+};
+
+// A picture of the whole screen, saved as a BMP in TAMRIX_SHOTS (the test script turns it into
+// a PNG). Returns the pixels' reader for checks.
+void Screenshot(const std::string& name);
+COLORREF ScreenPixel(int x, int y);
+
+// Runs a command line (reg.exe and the like) and waits for it.
+DWORD RunAndWait(const std::string& commandLine, DWORD timeoutMs = 60000);
+
+}  // namespace tamrix::e2e
