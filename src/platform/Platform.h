@@ -54,6 +54,30 @@ struct RectPx {
   long left = 0, top = 0, right = 0, bottom = 0;
 };
 
+// The memory status record as a 32-bit program receives it: every count in bytes fits 32 bits,
+// and a count of 4 GB or more reads as all ones, as the platform reports an overflow.
+struct MemoryStatus {
+  std::uint32_t dwLength = 0;
+  std::uint32_t dwMemoryLoad = 0;
+  std::uint32_t dwTotalPhys = 0;
+  std::uint32_t dwAvailPhys = 0;
+  std::uint32_t dwTotalPageFile = 0;
+  std::uint32_t dwAvailPageFile = 0;
+  std::uint32_t dwTotalVirtual = 0;
+  std::uint32_t dwAvailVirtual = 0;
+};
+
+// What GetVersionExA fills in a record whose size field the caller set.
+struct OsVersion {
+  bool ok = false;  // the call's result
+  std::uint32_t major = 0, minor = 0, build = 0, platformId = 0;
+  std::string csdVersion;
+};
+
+struct LocalTime {
+  int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0;
+};
+
 class Platform {
  public:
   virtual ~Platform() = default;
@@ -94,8 +118,38 @@ class Platform {
   virtual std::int64_t SendMessageA(WindowHandle window, unsigned message, std::uint64_t wParam,
                                     std::int64_t lParam) = 0;
 
-  // The decimal sign of the user's regional settings.
+  // Profile files. GetPrivateProfileStringA copies at most size - 1 characters into *buffer
+  // and gives back the count copied.
+  virtual std::uint32_t GetPrivateProfileStringA(const std::string& section, const std::string& key,
+                                                 const std::string& defaultValue, std::string* buffer,
+                                                 std::uint32_t size, const std::string& path) = 0;
+  virtual bool WritePrivateProfileStringA(const std::string& section, const std::string& key,
+                                          const std::string& value, const std::string& path) = 0;
+
+  // System facts.
+  virtual std::string AppPath() = 0;  // the executable's directory, as the platform gives it
+  // Both fill a buffer of `size` characters and give back the length of the path (or the size
+  // needed, when the buffer is too small).
+  virtual std::uint32_t GetWindowsDirectoryA(std::string* buffer, std::uint32_t size) = 0;
+  virtual std::uint32_t GetSystemDirectoryA(std::string* buffer, std::uint32_t size) = 0;
+  virtual MemoryStatus GlobalMemoryStatus(std::uint32_t length) = 0;
+  virtual OsVersion GetVersionExA(std::uint32_t size) = 0;
+  virtual std::uint32_t GetTickCount() = 0;
+  virtual LocalTime Now() = 0;
+
+  // Shell.
+  virtual std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
+                                     const std::string& parameters, const std::string& directory, int show) = 0;
+  // The folder browser: an item list, or 0 when the user cancelled.
+  virtual std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) = 0;
+  // Fills *path from a buffer of 260 characters, up to its first NUL.
+  virtual bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) = 0;
+  virtual void CoTaskMemFree(std::uint64_t itemList) = 0;
+
+  // Locale facts of the user's regional settings.
   virtual char DecimalSign() = 0;
+  // The system's word for a Boolean ("Vrai" / "Faux" on a French system).
+  virtual std::string BooleanText(bool value) = 0;
 };
 
 }  // namespace tamrix

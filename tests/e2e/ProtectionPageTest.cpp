@@ -157,5 +157,40 @@ TEST_F(ProtectionPage, CancelOnWinNtRunsNothingAndStillTurnsOrange) {
   EXPECT_FALSE(app.WaitMessageBox(1500));
 }
 
+TEST_F(ProtectionPage, WinNtButtonStartsRegsvr32WithoutWaitingAndTurnsOrange) {
+  Open();
+  app.Click("Option10");
+  auto box = app.WaitMessageBox();
+  ASSERT_TRUE(box);
+  App::Answer(*box, IDOK);
+  EXPECT_TRUE(WaitUntil([&] { return app.ForeColor("Option10") == 0x80FF; }));
+  EXPECT_FALSE(app.WaitMessageBox(1500)) << "a command that starts brings no message of ours";
+  Screenshot("protection-option10-orange");
+}
+
+TEST_F(ProtectionPage, WinNtButtonWithoutRegsvr32ShowsTheFailureAndKeepsItsColour) {
+  const char* program = "C:\\Windows\\System32\\regsvr32.exe";
+  const char* aside = "C:\\Windows\\System32\\regsvr32.exe.aside";
+  ASSERT_TRUE(MoveFileExA(program, aside, MOVEFILE_REPLACE_EXISTING));
+  Open();
+  COLORREF before = app.ForeColor("Option10");
+  app.Click("Option10");
+  auto confirm = app.WaitMessageBox();
+  ASSERT_TRUE(confirm);
+  EXPECT_EQ(confirm->title, "Avertissement");
+  EXPECT_EQ(confirm->text,
+            "Si la manipulation a bien fonctionné, vous devriez avoir un avertissement avec indiqué ceci: "
+            "DllUnregisterServer dans c:\\windows\\system32\\regwizc.dll réussi");
+  App::Answer(*confirm, IDOK);
+  auto failure = app.WaitMessageBox();
+  MoveFileExA(aside, program, MOVEFILE_REPLACE_EXISTING);
+  ASSERT_TRUE(failure);
+  EXPECT_EQ(failure->title, "Tamrix Corporation");
+  EXPECT_EQ(failure->text, " Fichier introuvable, vérifier votre sytème d'éxploitation");
+  Screenshot("protection-failure-nt");
+  App::Answer(*failure, IDOK);
+  EXPECT_EQ(app.ForeColor("Option10"), before);
+}
+
 }  // namespace
 }  // namespace tamrix::e2e

@@ -8,12 +8,12 @@
 
 namespace tamrix::fake {
 
-namespace {
-
-std::string Lower(std::string s) {
+std::string FakePlatform::Lower(std::string s) {
   std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return std::tolower(c); });
   return s;
 }
+
+namespace {
 
 std::string Hex(std::uint64_t v) {
   char buf[32];
@@ -288,6 +288,164 @@ std::int64_t FakePlatform::SendMessageA(WindowHandle window, unsigned message, s
   calls.push_back("SendMessageA(" + Hex(window) + "," + std::to_string(message) + "," + std::to_string(wParam) +
                   "," + std::to_string(lParam) + ")");
   return 0;
+}
+
+namespace {
+
+std::string Trim(const std::string& s) {
+  std::size_t b = s.find_first_not_of(" \t"), e = s.find_last_not_of(" \t");
+  return b == std::string::npos ? std::string() : s.substr(b, e - b + 1);
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::size_t start = 0;
+  while (start < text.size()) {
+    std::size_t end = text.find('\n', start);
+    std::string line = text.substr(start, end == std::string::npos ? std::string::npos : end - start);
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    lines.push_back(line);
+    if (end == std::string::npos) break;
+    start = end + 1;
+  }
+  return lines;
+}
+
+std::string SectionOf(const std::string& line) {
+  std::string t = Trim(line);
+  if (t.size() < 2 || t.front() != '[') return {};
+  std::size_t close = t.find(']');
+  return close == std::string::npos ? std::string() : Trim(t.substr(1, close - 1));
+}
+
+}  // namespace
+
+std::uint32_t FakePlatform::GetPrivateProfileStringA(const std::string& section, const std::string& key,
+                                                     const std::string& defaultValue, std::string* buffer,
+                                                     std::uint32_t size, const std::string& path) {
+  calls.push_back("GetPrivateProfileStringA(" + section + "," + key + "," + std::to_string(size) + "," + path + ")");
+  std::string value = defaultValue;
+  auto it = files.find(Lower(path));
+  if (it != files.end()) {
+    bool inSection = false;
+    for (const std::string& line : Lines(it->second)) {
+      if (Trim(line).rfind('[', 0) == 0) {
+        inSection = Lower(SectionOf(line)) == Lower(section);
+        continue;
+      }
+      std::size_t eq = line.find('=');
+      if (inSection && eq != std::string::npos && Lower(Trim(line.substr(0, eq))) == Lower(key)) {
+        value = Trim(line.substr(eq + 1));
+        if (value.size() >= 2 && value.front() == '"' && value.back() == '"') value = value.substr(1, value.size() - 2);
+        break;
+      }
+    }
+  }
+  if (size == 0) return 0;
+  std::uint32_t n = std::min<std::uint32_t>(AnsiLength(value), size - 1);
+  *buffer = FirstChars(value, n);
+  return n;
+}
+
+bool FakePlatform::WritePrivateProfileStringA(const std::string& section, const std::string& key,
+                                              const std::string& value, const std::string& path) {
+  calls.push_back("WritePrivateProfileStringA(" + section + "," + key + "," + value + "," + path + ")");
+  if (readOnlyFiles.count(Lower(path))) return false;
+  std::vector<std::string> lines = files.count(Lower(path)) ? Lines(files[Lower(path)]) : std::vector<std::string>{};
+  // Find the section, then the key inside it.
+  std::size_t sectionLine = lines.size(), end = lines.size();
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    if (Trim(lines[i]).rfind('[', 0) != 0) continue;
+    if (sectionLine != lines.size()) {
+      end = i;
+      break;
+    }
+    if (Lower(SectionOf(lines[i])) == Lower(section)) sectionLine = i;
+  }
+  if (sectionLine == lines.size()) {
+    lines.push_back("[" + section + "]");
+    lines.push_back(key + "=" + value);
+  } else {
+    bool replaced = false;
+    std::size_t last = sectionLine;
+    for (std::size_t i = sectionLine + 1; i < end; ++i) {
+      std::size_t eq = lines[i].find('=');
+      if (eq != std::string::npos && Lower(Trim(lines[i].substr(0, eq))) == Lower(key)) {
+        lines[i] = key + "=" + value;
+        replaced = true;
+        break;
+      }
+      if (!Trim(lines[i]).empty()) last = i;
+    }
+    if (!replaced) lines.insert(lines.begin() + static_cast<long>(last) + 1, key + "=" + value);
+  }
+  std::string text;
+  for (const std::string& line : lines) text += line + "\r\n";
+  files[Lower(path)] = text;
+  return true;
+}
+
+std::uint32_t FakePlatform::GetWindowsDirectoryA(std::string* buffer, std::uint32_t size) {
+  calls.push_back("GetWindowsDirectoryA(" + std::to_string(size) + ")");
+  auto n = AnsiLength(windowsDirectory);
+  if (n >= size) return n + 1;
+  *buffer = windowsDirectory;
+  return n;
+}
+
+std::uint32_t FakePlatform::GetSystemDirectoryA(std::string* buffer, std::uint32_t size) {
+  calls.push_back("GetSystemDirectoryA(" + std::to_string(size) + ")");
+  auto n = AnsiLength(systemDirectory);
+  if (n >= size) return n + 1;
+  *buffer = systemDirectory;
+  return n;
+}
+
+MemoryStatus FakePlatform::GlobalMemoryStatus(std::uint32_t length) {
+  calls.push_back("GlobalMemoryStatus(" + std::to_string(length) + ")");
+  MemoryStatus m = memory;
+  m.dwLength = length;
+  return m;
+}
+
+OsVersion FakePlatform::GetVersionExA(std::uint32_t size) {
+  calls.push_back("GetVersionExA(" + std::to_string(size) + ")");
+  return version;
+}
+
+std::int64_t FakePlatform::ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
+                                         const std::string& parameters, const std::string& directory, int show) {
+  calls.push_back("ShellExecuteA(" + Hex(owner) + "," + verb + "," + file + "," + parameters + "," + directory + "," +
+                  std::to_string(show) + ")");
+  return 42;
+}
+
+std::uint64_t FakePlatform::SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) {
+  calls.push_back("SHBrowseForFolderA(" + Hex(owner) + "," + title + "," + std::to_string(flags) + ")");
+  if (browseAnswers.empty() || !browseAnswers.front()) {
+    if (!browseAnswers.empty()) browseAnswers.pop_front();
+    return 0;
+  }
+  std::uint64_t item = nextItemList_++;
+  itemLists_[item] = *browseAnswers.front();
+  browseAnswers.pop_front();
+  return item;
+}
+
+bool FakePlatform::SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) {
+  calls.push_back("SHGetPathFromIDListA(" + Hex(itemList) + ")");
+  auto it = itemLists_.find(itemList);
+  if (it == itemLists_.end() || it->second.empty() || AnsiLength(it->second) >= 260) {
+    *path = "";
+    return false;
+  }
+  *path = it->second;
+  return true;
+}
+
+void FakePlatform::CoTaskMemFree(std::uint64_t itemList) {
+  calls.push_back("CoTaskMemFree(" + Hex(itemList) + ")");
+  freedItemLists.push_back(itemList);
 }
 
 }  // namespace tamrix::fake

@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -48,6 +49,24 @@ class FakePlatform : public Platform {
   std::deque<int> answers;                // message box answers, IdOk when none is left
   RectPx clientRect{0, 0, 524, 416};
 
+  // Profile files, by path (compared without regard to case), as text with CRLF line ends.
+  std::map<std::string, std::string> files;
+  std::string& File(const std::string& path) { return files[Lower(path)]; }
+  bool HasFile(const std::string& path) const { return files.count(Lower(path)) > 0; }
+  std::set<std::string> readOnlyFiles;  // writes to these paths fail
+
+  std::string appPath = "C:\\Program Files\\Tamrix";
+  std::string windowsDirectory = "C:\\WINDOWS";
+  std::string systemDirectory = "C:\\WINDOWS\\system32";
+  MemoryStatus memory{32, 40, 536870912u, 134217728u, 1073741824u, 805306368u, 2147352576u, 2138243072u};
+  OsVersion version{true, 5, 1, 2600, 2, "Service Pack 2"};
+  std::uint32_t tickCount = 0;
+  LocalTime now{2026, 11, 21, 20, 50, 35};
+  // The folder browser: the path of the chosen item, "" for a virtual item, nullopt for Cancel.
+  std::deque<std::optional<std::string>> browseAnswers;
+  std::vector<std::uint64_t> freedItemLists;
+  std::string trueWord = "Vrai", falseWord = "Faux";
+
   std::vector<std::string> calls;  // every platform call, in order
   std::vector<MessageBoxCall> boxes;
   std::vector<StartedProcess> started;
@@ -75,7 +94,26 @@ class FakePlatform : public Platform {
   bool DeleteObject(GdiHandle object) override;
   bool ReleaseCapture() override;
   std::int64_t SendMessageA(WindowHandle window, unsigned message, std::uint64_t wParam, std::int64_t lParam) override;
+  std::uint32_t GetPrivateProfileStringA(const std::string& section, const std::string& key,
+                                         const std::string& defaultValue, std::string* buffer, std::uint32_t size,
+                                         const std::string& path) override;
+  bool WritePrivateProfileStringA(const std::string& section, const std::string& key, const std::string& value,
+                                  const std::string& path) override;
+  std::string AppPath() override { return appPath; }
+  std::uint32_t GetWindowsDirectoryA(std::string* buffer, std::uint32_t size) override;
+  std::uint32_t GetSystemDirectoryA(std::string* buffer, std::uint32_t size) override;
+  MemoryStatus GlobalMemoryStatus(std::uint32_t length) override;
+  OsVersion GetVersionExA(std::uint32_t size) override;
+  std::uint32_t GetTickCount() override { return tickCount; }
+  LocalTime Now() override { return now; }
+  std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
+                             const std::string& parameters, const std::string& directory, int show) override;
+  std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;
+  bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) override;
+  void CoTaskMemFree(std::uint64_t itemList) override;
   char DecimalSign() override { return decimalSign; }
+  std::string BooleanText(bool value) override { return value ? trueWord : falseWord; }
+  static std::string Lower(std::string s);
 
  private:
   struct Key {
@@ -92,6 +130,8 @@ class FakePlatform : public Platform {
 
   std::map<std::string, Key> keys_;
   std::map<HKey, Handle> handles_;
+  std::map<std::uint64_t, std::string> itemLists_;
+  std::uint64_t nextItemList_ = 0x3000;
   HKey nextHandle_ = 0x1000;
   GdiHandle nextGdi_ = 0x2000;
 };

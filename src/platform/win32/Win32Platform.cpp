@@ -1,6 +1,9 @@
 #include "platform/win32/Win32Platform.h"
 
 #include <windows.h>
+#include <oleauto.h>
+#include <shellapi.h>
+#include <shlobj.h>
 
 #include <vector>
 
@@ -130,6 +133,120 @@ bool Win32Platform::ReleaseCapture() { return ::ReleaseCapture(); }
 std::int64_t Win32Platform::SendMessageA(WindowHandle window, unsigned message, std::uint64_t wParam,
                                          std::int64_t lParam) {
   return ::SendMessageA(ToHwnd(window), message, static_cast<WPARAM>(wParam), static_cast<LPARAM>(lParam));
+}
+
+std::uint32_t Win32Platform::GetPrivateProfileStringA(const std::string& section, const std::string& key,
+                                                      const std::string& defaultValue, std::string* buffer,
+                                                      std::uint32_t size, const std::string& path) {
+  std::string ansi(size, '\0');
+  DWORD n = ::GetPrivateProfileStringA(ToAnsi(section).c_str(), ToAnsi(key).c_str(), ToAnsi(defaultValue).c_str(),
+                                       ansi.data(), size, ToAnsi(path).c_str());
+  *buffer = FromAnsi(ansi.data(), n);
+  return n;
+}
+
+bool Win32Platform::WritePrivateProfileStringA(const std::string& section, const std::string& key,
+                                               const std::string& value, const std::string& path) {
+  return ::WritePrivateProfileStringA(ToAnsi(section).c_str(), ToAnsi(key).c_str(), ToAnsi(value).c_str(),
+                                      ToAnsi(path).c_str());
+}
+
+std::string Win32Platform::AppPath() {
+  char path[MAX_PATH] = {};
+  DWORD n = GetModuleFileNameA(nullptr, path, MAX_PATH);
+  std::string dir(path, n);
+  dir = dir.substr(0, dir.find_last_of('\\'));
+  if (!dir.empty() && dir.back() == ':') dir += '\\';  // a drive's root keeps its separator
+  return FromAnsi(dir);
+}
+
+std::uint32_t Win32Platform::GetWindowsDirectoryA(std::string* buffer, std::uint32_t size) {
+  std::string ansi(size, '\0');
+  UINT n = ::GetWindowsDirectoryA(ansi.data(), size);
+  *buffer = FromAnsi(ansi.data(), std::min<UINT>(n, size));
+  return n;
+}
+
+std::uint32_t Win32Platform::GetSystemDirectoryA(std::string* buffer, std::uint32_t size) {
+  std::string ansi(size, '\0');
+  UINT n = ::GetSystemDirectoryA(ansi.data(), size);
+  *buffer = FromAnsi(ansi.data(), std::min<UINT>(n, size));
+  return n;
+}
+
+MemoryStatus Win32Platform::GlobalMemoryStatus(std::uint32_t length) {
+  MEMORYSTATUS m{};
+  m.dwLength = sizeof m;
+  ::GlobalMemoryStatus(&m);
+  auto clamp = [](SIZE_T v) { return static_cast<std::uint32_t>(v > 0xFFFFFFFFu ? 0xFFFFFFFFu : v); };
+  return {length,
+          m.dwMemoryLoad,
+          clamp(m.dwTotalPhys),
+          clamp(m.dwAvailPhys),
+          clamp(m.dwTotalPageFile),
+          clamp(m.dwAvailPageFile),
+          clamp(m.dwTotalVirtual),
+          clamp(m.dwAvailVirtual)};
+}
+
+OsVersion Win32Platform::GetVersionExA(std::uint32_t size) {
+  OSVERSIONINFOA v{};
+  v.dwOSVersionInfoSize = size;
+  OsVersion out;
+  out.ok = ::GetVersionExA(&v) != 0;
+  if (out.ok) {
+    out.major = v.dwMajorVersion;
+    out.minor = v.dwMinorVersion;
+    out.build = v.dwBuildNumber;
+    out.platformId = v.dwPlatformId;
+    out.csdVersion = FromAnsi(v.szCSDVersion, strnlen(v.szCSDVersion, sizeof v.szCSDVersion));
+  }
+  return out;
+}
+
+std::uint32_t Win32Platform::GetTickCount() { return ::GetTickCount(); }
+
+LocalTime Win32Platform::Now() {
+  SYSTEMTIME t;
+  GetLocalTime(&t);
+  return {t.wYear, t.wMonth, t.wDay, t.wHour, t.wMinute, t.wSecond};
+}
+
+std::int64_t Win32Platform::ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
+                                          const std::string& parameters, const std::string& directory, int show) {
+  return reinterpret_cast<INT_PTR>(::ShellExecuteA(ToHwnd(owner), ToAnsi(verb).c_str(), ToAnsi(file).c_str(),
+                                                   ToAnsi(parameters).c_str(), ToAnsi(directory).c_str(), show));
+}
+
+std::uint64_t Win32Platform::SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) {
+  std::string ansiTitle = ToAnsi(title);
+  BROWSEINFOA bi{};
+  bi.hwndOwner = ToHwnd(owner);
+  bi.lpszTitle = ansiTitle.c_str();
+  bi.ulFlags = flags;
+  return reinterpret_cast<ULONG_PTR>(::SHBrowseForFolderA(&bi));
+}
+
+bool Win32Platform::SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) {
+  char buffer[260] = {};
+  BOOL ok = ::SHGetPathFromIDListA(reinterpret_cast<PCIDLIST_ABSOLUTE>(static_cast<ULONG_PTR>(itemList)), buffer);
+  *path = ok ? FromAnsi(buffer, strnlen(buffer, sizeof buffer)) : std::string();
+  return ok;
+}
+
+void Win32Platform::CoTaskMemFree(std::uint64_t itemList) {
+  ::CoTaskMemFree(reinterpret_cast<void*>(static_cast<ULONG_PTR>(itemList)));
+}
+
+std::string Win32Platform::BooleanText(bool value) {
+  BSTR text = nullptr;
+  if (FAILED(VarBstrFromBool(value ? VARIANT_TRUE : VARIANT_FALSE, LOCALE_USER_DEFAULT, VAR_LOCALBOOL, &text)))
+    return value ? "True" : "False";
+  int n = WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(SysStringLen(text)), nullptr, 0, nullptr, nullptr);
+  std::string out(n, '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(SysStringLen(text)), out.data(), n, nullptr, nullptr);
+  SysFreeString(text);
+  return out;
 }
 
 char Win32Platform::DecimalSign() {

@@ -28,7 +28,25 @@ class Win32Platform : public Platform {
   bool DeleteObject(GdiHandle object) override;
   bool ReleaseCapture() override;
   std::int64_t SendMessageA(WindowHandle window, unsigned message, std::uint64_t wParam, std::int64_t lParam) override;
+  std::uint32_t GetPrivateProfileStringA(const std::string& section, const std::string& key,
+                                         const std::string& defaultValue, std::string* buffer, std::uint32_t size,
+                                         const std::string& path) override;
+  bool WritePrivateProfileStringA(const std::string& section, const std::string& key, const std::string& value,
+                                  const std::string& path) override;
+  std::string AppPath() override;
+  std::uint32_t GetWindowsDirectoryA(std::string* buffer, std::uint32_t size) override;
+  std::uint32_t GetSystemDirectoryA(std::string* buffer, std::uint32_t size) override;
+  MemoryStatus GlobalMemoryStatus(std::uint32_t length) override;
+  OsVersion GetVersionExA(std::uint32_t size) override;
+  std::uint32_t GetTickCount() override;
+  LocalTime Now() override;
+  std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
+                             const std::string& parameters, const std::string& directory, int show) override;
+  std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;
+  bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) override;
+  void CoTaskMemFree(std::uint64_t itemList) override;
   char DecimalSign() override;
+  std::string BooleanText(bool value) override;
 };
 
 }  // namespace tamrix::win32

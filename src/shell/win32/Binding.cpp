@@ -67,6 +67,7 @@ void WindowPeer::Refresh(Control& c) {
       windowState = f.WindowState();
       if (shownOnce) ShowWindow(hwnd, windowState == 1 ? SW_MINIMIZE : SW_RESTORE);
     }
+    if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
     SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
     return;
   }
