@@ -10,6 +10,7 @@ Color DefaultBackColor(Kind kind) {
   switch (kind) {
     case Kind::TamrixFrm:
     case Kind::TamrixOpButton:
+    case Kind::OptionButton:
       return colors::Beige;
     case Kind::Form:
     case Kind::Frame:
@@ -97,36 +98,35 @@ void TamrixCB::Click() {
   Control::Click();
 }
 
-void TamrixOpButton::Select() {
+void OptionBase::Select(bool selected) {
+  if (!selected) {
+    selected_ = false;
+    Changed();
+    return;
+  }
+  bool wasSelected = selected_;
   if (Parent()) {
     for (Control* sibling : Parent()->Children()) {
-      if (sibling != this && sibling->kind() == Kind::TamrixOpButton) {
-        auto* other = static_cast<TamrixOpButton*>(sibling);
-        if (other->value_ != 0) {
-          other->value_ = 0;
+      if (sibling != this && sibling->kind() == kind()) {
+        auto* other = static_cast<OptionBase*>(sibling);
+        if (other->selected_) {
+          other->selected_ = false;
           other->Changed();
         }
       }
     }
   }
-  value_ = 1;
+  selected_ = true;
   Changed();
-}
-
-void TamrixOpButton::SetValue(std::int32_t v) {
-  if (v == 0) {
-    value_ = 0;
-    Changed();
-    return;
-  }
-  bool wasSelected = value_ != 0;
-  Select();
   if (!wasSelected) Control::Click();
 }
 
-void TamrixOpButton::Click() {
-  Select();
-  Control::Click();
+void OptionBase::Click() {
+  if (selected_) {
+    Control::Click();  // a click on the chosen option still raises its event
+    return;
+  }
+  Select(true);
 }
 
 void TamrixPBar::SetValue(double v) {

@@ -36,7 +36,9 @@ struct FontSpec {
   bool bold = false;
 };
 
-enum class Kind { Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, TamrixPBar, Timer };
+enum class Kind {
+  Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, OptionButton, TamrixPBar, Timer
+};
 
 // The design line of one control: what the window's design stores for it.
 struct Design {
@@ -173,19 +175,39 @@ class TamrixCB : public Control {
   std::int32_t value_ = 0;
 };
 
-class TamrixOpButton : public Control {
+// What the library's option button and the toolkit's plain one share: options of one kind in one
+// container exclude one another, and selecting one from code raises its click event when it
+// wasn't selected yet.
+class OptionBase : public Control {
  public:
-  TamrixOpButton(Control* parent, Design d, std::int32_t value = 0)
-      : Control(parent, Kind::TamrixOpButton, std::move(d)), value_(value) {}
-  std::int32_t Value() const { return value_; }
-  // Selecting an option clears the others of its container, and raises its click event when it
-  // wasn't selected yet, as an option button does.
-  void SetValue(std::int32_t v);
+  bool Selected() const { return selected_; }
+  void Select(bool selected);
   void Click() override;
 
+ protected:
+  OptionBase(Control* parent, Kind kind, Design d, bool selected)
+      : Control(parent, kind, std::move(d)), selected_(selected) {}
+
  private:
-  void Select();
-  std::int32_t value_;
+  bool selected_;
+};
+
+// The library's option button: its value reads 1 when chosen.
+class TamrixOpButton : public OptionBase {
+ public:
+  TamrixOpButton(Control* parent, Design d, std::int32_t value = 0)
+      : OptionBase(parent, Kind::TamrixOpButton, std::move(d), value != 0) {}
+  std::int32_t Value() const { return Selected() ? 1 : 0; }
+  void SetValue(std::int32_t v) { Select(v != 0); }
+};
+
+// The toolkit's plain option button: its value reads true when chosen.
+class OptionButton : public OptionBase {
+ public:
+  OptionButton(Control* parent, Design d, bool value = false)
+      : OptionBase(parent, Kind::OptionButton, std::move(d), value) {}
+  bool Value() const { return Selected(); }
+  void SetValue(bool v) { Select(v); }
 };
 
 class TamrixPBar : public Control {

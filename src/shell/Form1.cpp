@@ -19,6 +19,12 @@ Design Nav(const char* name, const char* caption, int left, int width, const cha
   return {.name = name, .caption = caption, .rect = {left, 5650, width, 460}, .tip = tip};
 }
 
+// The sub-page strip of Test Lab: flat buttons on the skin's beige, blue under the pointer.
+Design Strip(const char* name, const char* caption, int left, int width) {
+  return {.name = name, .caption = caption, .rect = {left, 3525, width, 375}, .backColor = colors::Beige,
+          .buttonType = 1, .officeOverColor = colors::HoverBlue};
+}
+
 }  // namespace
 
 Form1::Form1(Platform& platform)
@@ -30,13 +36,35 @@ Form1::Form1(Platform& platform)
       Image7(this, {.name = "Image7", .rect = {240, 180, 6600, 1080}, .picture = "title"}),
       Minimised(this, {.name = "Minimised", .rect = {7080, 330, 240, 240}, .tip = "Réduire", .picture = "minimise"}),
       Closed(this, {.name = "Closed", .rect = {7380, 330, 240, 240}, .tip = "Fermer", .picture = "close"}),
-      Frame4(this, {.name = "Frame4", .caption = "  Tamrix Utility  ", .rect = {360, 1505, 7215, 3855}}),
-      Frame1(this, {.name = "Frame1", .caption = " Windows ", .rect = {285, 1440, 7350, 4005}}),
-      Frame2(this, {.name = "Frame2", .caption = " Internet ", .rect = {360, 1560, 7215, 3735}}),
+      homePage(*this, platform),
+      windowsPage(*this, platform),
+      internetPage(*this, platform),
       Frame3(this, {.name = "Frame3", .caption = "Information  Système", .rect = {240, 1440, 7455, 3975}}),
-      Propos(this, {.name = "Propos", .rect = {240, 1440, 7335, 3975}}),
+      biosPage(Frame3, platform),
+      infoWindows(Frame3, platform),
+      infoPc(Frame3, platform),
+      drivesPage(Frame3, platform),
+      cpuPage(Frame3, platform),
+      soundPage(Frame3, platform),
+      TamrixCmd3(&Frame3, Strip("TamrixCmd3", "Info Lecteurs", 120, 1215)),
+      TamrixCmd11(&Frame3, Strip("TamrixCmd11", "Info Son", 1440, 1095)),
+      TamrixCmd2(&Frame3, Strip("TamrixCmd2", "Info Windows", 2640, 1215)),
+      command2(&Frame3, Strip("command2", "Info  PC", 3960, 975)),
+      TamrixCmd6(&Frame3, Strip("TamrixCmd6", "Info BIOS", 5040, 975)),
+      TamrixCmd4(&Frame3, Strip("TamrixCmd4", "Test du CPU", 6120, 1215)),
+      aboutPage(*this),
       protection(*this, platform),
+      Frame4(homePage.Frame4),
+      Frame1(windowsPage.Frame1),
+      Frame2(internetPage.Frame2),
+      Propos(aboutPage.Propos),
       frmprot(protection.frmprot),
+      fwindows(infoWindows.fwindows),
+      pc(infoPc.pc),
+      disque(drivesPage.disque),
+      FrmBios(biosPage.FrmBios),
+      FrmCpu(cpuPage.FrmCpu),
+      Frmson(soundPage.Frmson),
       command3(this, Nav("command3", "Accueil", 240, 735, ".. Retour à la page de démarrage ..")),
       win(this, Nav("win", "&Windows", 1080, 975, ".. Optimisez votre Windows ..")),
       internet(this, Nav("internet", "&Internet", 2160, 975, ".. Optimisez votre connexion internet ..")),
@@ -61,12 +89,63 @@ Form1::Form1(Platform& platform)
   TamrixCmd1.OnClick = [this] { Unload(); };
   Closed.OnClick = [this] { TamrixCmd1.Click(); };  // the two ways out stay one
 
+  WireNavigation();
+}
+
+// Each button switches its frames in its own order, then starts its page's entry. Note that
+// sys doesn't touch pc: a PC sub-page left open stays visible behind fwindows, which lies in
+// front and is what the user sees.
+void Form1::WireNavigation() {
   command3.OnClick = [this] {
     ShowPages({{&Frame4, S}, {&Frame3, H}, {&Frame2, H}, {&Frame1, H}, {&Propos, H}, {&frmprot, H}});
+  };
+  win.OnClick = [this] {
+    ShowPages({{&Frame1, S}, {&Propos, H}, {&Frame2, H}, {&Frame3, H}, {&Frame4, H}, {&frmprot, H}});
+    windowsPage.LoadTicks();
+  };
+  internet.OnClick = [this] {
+    ShowPages({{&Frame1, H}, {&Propos, H}, {&Frame2, S}, {&Frame3, H}, {&Frame4, H}, {&frmprot, H}});
+    internetPage.Modem1.SetValue(true);  // the choice of an earlier visit is dropped
+  };
+  sys.OnClick = [this] {
+    ShowPages({{&Frame3, S}, {&Frame1, H}, {&Frame4, H}, {&Frame2, H}, {&FrmBios, H}, {&Propos, H}, {&FrmCpu, H},
+               {&fwindows, S}, {&frmprot, H}, {&Frmson, H}, {&disque, H}});
+    infoWindows.InfoWindows();
   };
   TamrixCmd7.OnClick = [this] {
     ShowPages({{&Frame1, H}, {&Propos, H}, {&Frame2, H}, {&Frame3, H}, {&Frame4, H}, {&frmprot, S}});
     protection.LoadRestrictions();
+  };
+  apro.OnClick = [this] {
+    // The text is set before the other pages are hidden, so Propos may paint over the old page
+    // for a moment.
+    Propos.SetVisible(true);
+    aboutPage.SetText();
+    ShowPages({{&Frame4, H}, {&Frame3, H}, {&Frame2, H}, {&Frame1, H}, {&frmprot, H}});
+    aboutPage.SetScrollRange();
+  };
+
+  command2.OnClick = [this] {
+    ShowPages({{&pc, S}, {&fwindows, H}, {&disque, H}, {&FrmBios, H}, {&FrmCpu, H}, {&Frmson, H}});
+    infoPc.InfoPc();
+  };
+  TamrixCmd2.OnClick = [this] {
+    ShowPages({{&pc, H}, {&fwindows, S}, {&disque, H}, {&FrmBios, H}, {&FrmCpu, H}, {&Frmson, H}});
+    infoWindows.InfoWindows();
+  };
+  TamrixCmd3.OnClick = [this] {
+    ShowPages({{&disque, S}, {&fwindows, H}, {&pc, H}, {&FrmBios, H}, {&FrmCpu, H}, {&Frmson, H}});
+    drivesPage.InfoLecteur();
+  };
+  TamrixCmd6.OnClick = [this] {
+    ShowPages({{&FrmBios, S}, {&pc, H}, {&fwindows, H}, {&disque, H}, {&FrmCpu, H}, {&Frmson, H}});
+  };
+  TamrixCmd11.OnClick = [this] {
+    ShowPages({{&pc, H}, {&fwindows, H}, {&disque, H}, {&FrmBios, H}, {&FrmCpu, H}, {&Frmson, S}});
+  };
+  TamrixCmd4.OnClick = [this] {
+    ShowPages({{&FrmBios, H}, {&pc, H}, {&fwindows, H}, {&disque, H}, {&FrmCpu, S}, {&Frmson, H}});
+    cpuPage.FillProcessorLabels();
   };
 }
 

@@ -1,13 +1,23 @@
-// Form1: the main window. A frameless, rounded, draggable window whose pages share one area,
-// one of them shown at a time.
+// Form1: the main window. A frameless, rounded, draggable window whose six pages share one area,
+// one of them shown at a time; Test Lab holds six sub-pages of its own.
 #pragma once
 
 #include <initializer_list>
 #include <utility>
 
+#include "optimisers/InternetPage.h"
 #include "optimisers/Protection.h"
+#include "optimisers/WindowsPage.h"
 #include "platform/Platform.h"
+#include "shell/AboutPage.h"
 #include "shell/Controls.h"
+#include "shell/HomePage.h"
+#include "sysinfo/BiosPage.h"
+#include "sysinfo/CpuPage.h"
+#include "sysinfo/DrivesPage.h"
+#include "sysinfo/InfoPcPage.h"
+#include "sysinfo/InfoWindowsPage.h"
+#include "sysinfo/SoundPage.h"
 
 namespace tamrix {
 
@@ -24,13 +34,23 @@ class Form1 : public Form {
   Image Minimised;
   Image Closed;
 
-  TamrixFrm Frame4;
-  TamrixFrm Frame1;
-  TamrixFrm Frame2;
-  TamrixFrm Frame3;
-  TamrixFrm Propos;
+  HomePage homePage;
+  WindowsPage windowsPage;
+  InternetPage internetPage;
+  TamrixFrm Frame3;  // Test Lab
+  BiosPage biosPage;
+  InfoWindowsPage infoWindows;
+  InfoPcPage infoPc;
+  DrivesPage drivesPage;
+  CpuPage cpuPage;
+  SoundPage soundPage;
+  TamrixCmd TamrixCmd3, TamrixCmd11, TamrixCmd2, command2, TamrixCmd6, TamrixCmd4;  // the sub-page strip
+  AboutPage aboutPage;
   ProtectionPage protection;
-  TamrixFrm& frmprot;
+
+  // The pages and sub-pages by their design names.
+  TamrixFrm &Frame4, &Frame1, &Frame2, &Propos, &frmprot;
+  TamrixFrm &fwindows, &pc, &disque, &FrmBios, &FrmCpu, &Frmson;
 
   TamrixCmd command3;
   TamrixCmd win;
@@ -51,6 +71,7 @@ class Form1 : public Form {
  private:
   void FormLoad();
   void DragWindow(int button);
+  void WireNavigation();
   // Sets the visibility of frames in the order given: the order is part of the page switch.
   static void ShowPages(std::initializer_list<std::pair<Control*, bool>> rows);
 };

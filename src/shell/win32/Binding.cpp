@@ -275,7 +275,8 @@ bool AnswerQuery(WindowPeer& p, UINT msg, LRESULT* result) {
   switch (msg) {
     case BM_GETCHECK:
       if (c.kind() == Kind::TamrixCB) *result = static_cast<TamrixCB&>(c).Value();
-      else if (c.kind() == Kind::TamrixOpButton) *result = static_cast<TamrixOpButton&>(c).Value();
+      else if (c.kind() == Kind::TamrixOpButton || c.kind() == Kind::OptionButton)
+        *result = static_cast<OptionBase&>(c).Selected() ? 1 : 0;
       else *result = 0;
       return true;
     case kMsgGetForeColor:

@@ -302,8 +302,9 @@ void PaintControl(HDC dc, const RECT& rc, Control& c, Resources& res, bool press
       PaintMark(dc, rc, c, res, false, static_cast<TamrixCB&>(c).Value() == 1);
       break;
     case Kind::TamrixOpButton:
+    case Kind::OptionButton:
       if (c.design().backStyle != 0) Fill(dc, rc, ToColorRef(c.BackColor()));
-      PaintMark(dc, rc, c, res, true, static_cast<TamrixOpButton&>(c).Value() != 0);
+      PaintMark(dc, rc, c, res, true, static_cast<OptionBase&>(c).Selected());
       break;
     case Kind::TamrixPBar:
       PaintBar(dc, rc, static_cast<TamrixPBar&>(c), res);

@@ -1,0 +1,8 @@
+#include "shell/HomePage.h"
+
+namespace tamrix {
+
+HomePage::HomePage(Control& form, Platform& platform)
+    : p_(platform), Frame4(&form, {.name = "Frame4", .caption = "  Tamrix Utility  ", .rect = {360, 1505, 7215, 3855}}) {}
+
+}  // namespace tamrix
