@@ -8,10 +8,15 @@ namespace tamrix {
 
 class InternetPage {
  public:
-  InternetPage(Control& form, Platform& platform);
+  InternetPage(Form& form, Platform& platform, Timer& Timer3);
+
+  // One tick of the Internet optimiser's show.
+  void Timer3Tick();
 
  private:
+  Form& form_;
   Platform& p_;
+  Timer& Timer3;
 
  public:
   TamrixFrm Frame2;

@@ -9,13 +9,18 @@ namespace tamrix {
 
 class WindowsPage {
  public:
-  WindowsPage(Control& form, Platform& platform);
+  WindowsPage(Form& form, Platform& platform, Timer& Timer4);
+
+  // One tick of the Windows optimiser's show.
+  void Timer4Tick();
 
   // The entry of "&Windows": loads the three ticks from config.dll.
   void LoadTicks();
 
  private:
+  Form& form_;
   Platform& p_;
+  Timer& Timer4;
 
  public:
   TamrixFrm Frame1;

@@ -1,6 +1,9 @@
 #include "shell/Controls.h"
 
+#include <algorithm>
 #include <cmath>
+
+#include "platform/Runtime.h"
 
 namespace tamrix {
 
@@ -15,6 +18,8 @@ Color DefaultBackColor(Kind kind) {
     case Kind::Form:
     case Kind::Frame:
     case Kind::Label:
+    case Kind::PictureBox:
+    case Kind::VScrollBar:
       return colors::ButtonFace;
     default:
       return colors::White;
@@ -143,6 +148,51 @@ void Timer::SetInterval(int ms) {
 
 void Timer::Tick() {
   if (OnTimer) OnTimer();
+}
+
+void TextBox::SetText(const std::string& text) {
+  if (text == Caption()) return;
+  SetCaption(text);
+  if (OnChange) OnChange();
+}
+
+void ListBase::AddItem(const std::string& item) {
+  items_.push_back(item);
+  Changed();
+}
+
+void ListBase::Clear() {
+  items_.clear();
+  listIndex_ = -1;
+  Changed();
+}
+
+void ListBase::SetListIndex(int index) {
+  if (index < -1 || index >= ListCount()) throw RuntimeError(380, "Invalid property value");
+  if (index == listIndex_) return;
+  listIndex_ = index;
+  Changed();
+  Control::Click();
+}
+
+void VScrollBar::SetMin(int v) {
+  min_ = v;
+  if (value_ < min_) SetValue(min_);
+  Changed();
+}
+
+void VScrollBar::SetMax(int v) {
+  max_ = v;
+  if (value_ > max_) SetValue(max_);
+  Changed();
+}
+
+void VScrollBar::SetValue(int v) {
+  v = std::clamp(v, std::min(min_, max_), std::max(min_, max_));
+  if (v == value_) return;
+  value_ = v;
+  Changed();
+  if (OnChange) OnChange();
 }
 
 void Form::Unload() {

@@ -37,7 +37,8 @@ struct FontSpec {
 };
 
 enum class Kind {
-  Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, OptionButton, TamrixPBar, Timer
+  Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, OptionButton, TamrixPBar, Timer,
+  TextBox, ListBox, ComboBox, VScrollBar, PictureBox
 };
 
 // The design line of one control: what the window's design stores for it.
@@ -66,6 +67,10 @@ struct Design {
   int interval = 0;  // timers
   int alignment = 0;  // labels: 0 left, 1 right, 2 centre
   bool wordWrap = true;
+  bool multiLine = false;  // text boxes
+  bool locked = false;     // text boxes: read only
+  int smallChange = 1;     // scroll bars
+  int largeChange = 1;
 };
 
 class Control;
@@ -229,6 +234,72 @@ class Timer : public Control {
   void SetInterval(int ms);
   std::function<void()> OnTimer;
   void Tick();
+};
+
+// The toolkit's text box. Its text may hold a NUL; the window shows the text up to it.
+class TextBox : public Control {
+ public:
+  TextBox(Control* parent, Design d) : Control(parent, Kind::TextBox, std::move(d)) {}
+  const std::string& Text() const { return Caption(); }
+  void SetText(const std::string& text);  // raises the change event when the text changes
+  std::function<void()> OnChange;
+};
+
+// What the list box and the drop-down list share: items and the chosen index. Setting the index
+// to a new value raises the click event, as a click on an item does; clearing the list doesn't.
+class ListBase : public Control {
+ public:
+  void AddItem(const std::string& item);
+  void Clear();
+  int ListCount() const { return static_cast<int>(items_.size()); }
+  const std::string& List(int index) const { return items_.at(static_cast<std::size_t>(index)); }
+  const std::vector<std::string>& Items() const { return items_; }
+  int ListIndex() const { return listIndex_; }  // -1: nothing chosen
+  void SetListIndex(int index);
+  // The text of the chosen item, or "" with nothing chosen.
+  std::string Text() const { return listIndex_ >= 0 ? items_[static_cast<std::size_t>(listIndex_)] : std::string(); }
+
+ protected:
+  ListBase(Control* parent, Kind kind, Design d) : Control(parent, kind, std::move(d)) {}
+
+ private:
+  std::vector<std::string> items_;
+  int listIndex_ = -1;
+};
+
+class ListBox : public ListBase {
+ public:
+  ListBox(Control* parent, Design d) : ListBase(parent, Kind::ListBox, std::move(d)) {}
+};
+
+// The drop-down list (a combo box whose text can't be typed in).
+class ComboBox : public ListBase {
+ public:
+  ComboBox(Control* parent, Design d) : ListBase(parent, Kind::ComboBox, std::move(d)) {}
+};
+
+class VScrollBar : public Control {
+ public:
+  VScrollBar(Control* parent, Design d) : Control(parent, Kind::VScrollBar, std::move(d)) {}
+  int Min() const { return min_; }
+  int Max() const { return max_; }
+  int Value() const { return value_; }
+  int SmallChange() const { return d_.smallChange; }
+  int LargeChange() const { return d_.largeChange; }
+  void SetMin(int v);
+  void SetMax(int v);
+  // Kept within Min..Max; a change raises the change event.
+  void SetValue(int v);
+  std::function<void()> OnChange;
+
+ private:
+  int min_ = 0, max_ = 32767, value_ = 0;
+};
+
+// A picture box: a container that shows a picture.
+class PictureBox : public Control {
+ public:
+  PictureBox(Control* parent, Design d) : Control(parent, Kind::PictureBox, std::move(d)) {}
 };
 
 // A top-level window. Its peer creates the window before Load runs and shows it after.

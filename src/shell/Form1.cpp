@@ -36,9 +36,13 @@ Form1::Form1(Platform& platform)
       Image7(this, {.name = "Image7", .rect = {240, 180, 6600, 1080}, .picture = "title"}),
       Minimised(this, {.name = "Minimised", .rect = {7080, 330, 240, 240}, .tip = "Réduire", .picture = "minimise"}),
       Closed(this, {.name = "Closed", .rect = {7380, 330, 240, 240}, .tip = "Fermer", .picture = "close"}),
+      Timer1(this, {.name = "Timer1", .enabled = true, .interval = 200}),
+      Timer2(this, {.name = "Timer2", .enabled = true, .interval = 1000}),
+      Timer3(this, {.name = "Timer3", .enabled = false, .interval = 150}),
+      Timer4(this, {.name = "Timer4", .enabled = false, .interval = 500}),
       homePage(*this, platform),
-      windowsPage(*this, platform),
-      internetPage(*this, platform),
+      windowsPage(*this, platform, Timer4),
+      internetPage(*this, platform, Timer3),
       Frame3(this, {.name = "Frame3", .caption = "Information  Système", .rect = {240, 1440, 7455, 3975}}),
       biosPage(Frame3, platform),
       infoWindows(Frame3, platform),
@@ -74,12 +78,12 @@ Form1::Form1(Platform& platform)
       apro(this, Nav("apro", "&A propos", 5760, 975, ".. Pour savoir plus sur Tamrix Utility 3.0 Pro ..")),
       TamrixCmd1(this, {.name = "TamrixCmd1", .caption = "&Quitter", .rect = {6840, 5650, 735, 460}}),
       Shape1(this, {.name = "Shape1", .rect = {150, 1350, 7560, 4155}, .borderColor = colors::LightGrey}),
-      Shape2(this, {.name = "Shape2", .rect = {150, 5580, 7560, 600}, .borderColor = colors::LightGrey}),
-      Timer1(this, {.name = "Timer1", .enabled = true, .interval = 200}),
-      Timer2(this, {.name = "Timer2", .enabled = true, .interval = 1000}),
-      Timer3(this, {.name = "Timer3", .enabled = false, .interval = 150}),
-      Timer4(this, {.name = "Timer4", .enabled = false, .interval = 500}) {
+      Shape2(this, {.name = "Shape2", .rect = {150, 5580, 7560, 600}, .borderColor = colors::LightGrey}) {
   OnLoad = [this] { FormLoad(); };
+  Timer1.OnTimer = [this] { homePage.Timer1Tick(); };
+  Timer2.OnTimer = [this] { homePage.Timer2Tick(); };
+  Timer3.OnTimer = [this] { internetPage.Timer3Tick(); };
+  Timer4.OnTimer = [this] { windowsPage.Timer4Tick(); };
 
   auto drag = [this](int button, int, int, int) { DragWindow(button); };
   OnMouseDown = drag;

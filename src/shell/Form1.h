@@ -34,6 +34,11 @@ class Form1 : public Form {
   Image Minimised;
   Image Closed;
 
+  Timer Timer1;  // the memory monitor, all run long
+  Timer Timer2;  // the clock, all run long
+  Timer Timer3;  // the Internet optimiser's show
+  Timer Timer4;  // the Windows optimiser's show
+
   HomePage homePage;
   WindowsPage windowsPage;
   InternetPage internetPage;
@@ -62,11 +67,6 @@ class Form1 : public Form {
 
   Shape Shape1;
   Shape Shape2;
-
-  Timer Timer1;
-  Timer Timer2;
-  Timer Timer3;
-  Timer Timer4;
 
  private:
   void FormLoad();

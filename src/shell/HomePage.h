@@ -11,6 +11,10 @@ class HomePage {
  public:
   HomePage(Control& form, Platform& platform);
 
+  // The memory monitor, five times a second, and the clock, once a second.
+  void Timer1Tick();
+  void Timer2Tick();
+
  private:
   Platform& p_;
 

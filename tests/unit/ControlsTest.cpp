@@ -168,3 +168,69 @@ TEST(Dispatch, HandlerWithoutFaultShowsNothing) {
 
 }  // namespace
 }  // namespace tamrix
+
+namespace tamrix {
+namespace {
+
+struct ToolkitPage : Form {
+  ToolkitPage() : Form({.name = "ToolkitPage"}) {}
+  TextBox text{this, {.name = "text"}};
+  ListBox list{this, {.name = "list"}};
+  ComboBox combo{this, {.name = "combo"}};
+  VScrollBar bar{this, {.name = "bar", .smallChange = 20, .largeChange = 30}};
+};
+
+TEST(Toolkit, TextBoxRaisesChangeOnlyWhenItsTextChanges) {
+  ToolkitPage page;
+  int changes = 0;
+  page.text.OnChange = [&] { ++changes; };
+  page.text.SetText("abc");
+  page.text.SetText("abc");
+  EXPECT_EQ(changes, 1);
+  page.text.SetText(std::string("a\0b", 3));
+  EXPECT_EQ(page.text.Text(), std::string("a\0b", 3));  // the object keeps all of it
+}
+
+TEST(Toolkit, NewListIndexRaisesClickButClearingDoesNot) {
+  ToolkitPage page;
+  int clicks = 0;
+  page.combo.OnClick = [&] { ++clicks; };
+  page.combo.AddItem("a");
+  page.combo.AddItem("b");
+  EXPECT_EQ(page.combo.ListIndex(), -1);
+  page.combo.SetListIndex(1);
+  page.combo.SetListIndex(1);
+  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(page.combo.Text(), "b");
+  page.combo.Clear();
+  EXPECT_EQ(clicks, 1);
+  EXPECT_EQ(page.combo.ListIndex(), -1);
+  EXPECT_EQ(page.combo.ListCount(), 0);
+}
+
+TEST(Toolkit, ListIndexOutOfRangeIsInvalidPropertyValue) {
+  ToolkitPage page;
+  page.list.AddItem("only");
+  try {
+    page.list.SetListIndex(3);
+    FAIL();
+  } catch (const RuntimeError& e) {
+    EXPECT_EQ(e.Number(), 380);
+  }
+}
+
+TEST(Toolkit, ScrollBarKeepsItsValueInRangeAndRaisesChange) {
+  ToolkitPage page;
+  std::vector<int> seen;
+  page.bar.OnChange = [&] { seen.push_back(page.bar.Value()); };
+  page.bar.SetMax(2542);
+  page.bar.SetValue(20);
+  page.bar.SetValue(5000);
+  page.bar.SetValue(-3);
+  EXPECT_EQ(seen, (std::vector<int>{20, 2542, 0}));
+  EXPECT_EQ(page.bar.SmallChange(), 20);
+  EXPECT_EQ(page.bar.LargeChange(), 30);
+}
+
+}  // namespace
+}  // namespace tamrix
