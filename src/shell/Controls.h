@@ -38,7 +38,7 @@ struct FontSpec {
 
 enum class Kind {
   Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, OptionButton, TamrixPBar, Timer,
-  TextBox, ListBox, ComboBox, VScrollBar, PictureBox
+  TextBox, ListBox, ComboBox, DriveListBox, VScrollBar, PictureBox
 };
 
 // The design line of one control: what the window's design stores for it.
@@ -71,6 +71,7 @@ struct Design {
   bool locked = false;     // text boxes: read only
   int smallChange = 1;     // scroll bars
   int largeChange = 1;
+  int mousePointer = 0;    // 0 the default arrow; 99 the control's own pointer (a pointing hand)
 };
 
 class Control;
@@ -276,6 +277,14 @@ class ListBox : public ListBase {
 class ComboBox : public ListBase {
  public:
   ComboBox(Control* parent, Design d) : ListBase(parent, Kind::ComboBox, std::move(d)) {}
+};
+
+// The drive list: a drop-down list of the machine's drives; Drive is the chosen entry's text,
+// a letter with the volume's label.
+class DriveListBox : public ListBase {
+ public:
+  DriveListBox(Control* parent, Design d) : ListBase(parent, Kind::DriveListBox, std::move(d)) {}
+  std::string Drive() const { return Text(); }
 };
 
 class VScrollBar : public Control {

@@ -20,9 +20,9 @@ Design Nav(const char* name, const char* caption, int left, int width, const cha
 }
 
 // The sub-page strip of Test Lab: flat buttons on the skin's beige, blue under the pointer.
-Design Strip(const char* name, const char* caption, int left, int width) {
+Design Strip(const char* name, const char* caption, int left, int width, const char* picture = "") {
   return {.name = name, .caption = caption, .rect = {left, 3525, width, 375}, .backColor = colors::Beige,
-          .buttonType = 1, .officeOverColor = colors::HoverBlue};
+          .picture = picture, .buttonType = 1, .officeOverColor = colors::HoverBlue, .centerPicture = false};
 }
 
 }  // namespace
@@ -54,7 +54,7 @@ Form1::Form1(Platform& platform)
       TamrixCmd11(&Frame3, Strip("TamrixCmd11", "Info Son", 1440, 1095)),
       TamrixCmd2(&Frame3, Strip("TamrixCmd2", "Info Windows", 2640, 1215)),
       command2(&Frame3, Strip("command2", "Info  PC", 3960, 975)),
-      TamrixCmd6(&Frame3, Strip("TamrixCmd6", "Info BIOS", 5040, 975)),
+      TamrixCmd6(&Frame3, Strip("TamrixCmd6", "Info BIOS", 5040, 975, "bios")),
       TamrixCmd4(&Frame3, Strip("TamrixCmd4", "Test du CPU", 6120, 1215)),
       aboutPage(*this),
       protection(*this, platform),
@@ -74,9 +74,10 @@ Form1::Form1(Platform& platform)
       internet(this, Nav("internet", "&Internet", 2160, 975, ".. Optimisez votre connexion internet ..")),
       sys(this, Nav("sys", "Test &Lab", 3240, 1215, ".. Testez votre materiels ..")),
       TamrixCmd7(this, {.name = "TamrixCmd7", .caption = "&Protection", .rect = {4560, 5640, 1095, 465},
-                        .tip = ".. Protégez votre système .."}),
+                        .tip = ".. Protégez votre système ..", .picture = "protect", .centerPicture = false}),
       apro(this, Nav("apro", "&A propos", 5760, 975, ".. Pour savoir plus sur Tamrix Utility 3.0 Pro ..")),
-      TamrixCmd1(this, {.name = "TamrixCmd1", .caption = "&Quitter", .rect = {6840, 5650, 735, 460}}),
+      TamrixCmd1(this, {.name = "TamrixCmd1", .caption = "&Quitter", .rect = {6840, 5650, 735, 460}, .font = {"Arial", 8.25},
+                        .picture = "quit", .centerPicture = false}),
       Shape1(this, {.name = "Shape1", .rect = {150, 1350, 7560, 4155}, .borderColor = colors::LightGrey}),
       Shape2(this, {.name = "Shape2", .rect = {150, 5580, 7560, 600}, .borderColor = colors::LightGrey}) {
   OnLoad = [this] { FormLoad(); };

@@ -15,6 +15,12 @@ class BiosPage {
 
  public:
   TamrixFrm FrmBios;
+  TextBox Text1;
+  ListBox List1;  // takes Text1's place for the list of technologies
+  Image Image5;
+  TamrixCmd TamrixCmd9;
+  TamrixCmd TamrixCmd10;
+  Image Image6;
 };
 
 }  // namespace tamrix

@@ -18,6 +18,16 @@ class CpuPage {
 
  public:
   TamrixFrm FrmCpu;
+  TamrixFrm TamrixFrm1;
+  Label lc1, lc2, lc3, lc4, lc5, lc6, lc7, lc8, lc9, lc10;  // the captions beside the values
+  Label Cpu1, Cpu2, Cpu3, Cpu4, Cpu5, Cpu6, Cpu7, Cpu8, Cpu9, Cpu10;
+  TamrixCmd Test;
+  Label Label22;
+  // The coloured pictures lie in front of the grey ones of the same rank.
+  Image iImage5, iImage6, iImage7, iImage8;
+  Image iImage1, iImage2, iImage3, iImage4;
+  Label rst;
+  Label iLabel1;
 };
 
 }  // namespace tamrix

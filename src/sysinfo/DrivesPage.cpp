@@ -2,8 +2,44 @@
 
 namespace tamrix {
 
+namespace {
+
+// Six rows on the right: a caption, then the line that the drive's report fills.
+constexpr int kRowTop = 735, kRowStep = 390;
+
+Design Row(const char* name, const char* caption, int row) {
+  return {.name = name, .caption = caption, .rect = {2880, kRowTop + row * kRowStep + 30, 1800, 255}, .backStyle = 0,
+          .alignment = 1, .wordWrap = false};
+}
+
+Design Line(const char* name, int row) {
+  return {.name = name, .rect = {4740, kRowTop + row * kRowStep, 2100, 315}, .locked = true};
+}
+
+}  // namespace
+
 DrivesPage::DrivesPage(Control& testLab, Platform& platform)
-    : p_(platform), disque(&testLab, {.name = "disque", .caption = "Information sur vos disques :", .rect = {240, 360, 6975, 3135}}) {}
+    : p_(platform),
+      disque(&testLab, {.name = "disque", .caption = "Information sur vos disques :", .rect = {240, 360, 6975, 3135}}),
+      Label5(&disque, {.name = "Label5", .caption = "Selectionner un lecteur de Disque :", .rect = {180, 405, 4200, 255},
+                       .backStyle = 0, .wordWrap = false}),
+      Label6(&disque, {.name = "Label6", .caption = "Selectionner un lecteur de Disque :", .rect = {195, 420, 4200, 255},
+                       .foreColor = 0xB0B0B0, .backStyle = 0, .wordWrap = false}),
+      Drive1(&disque, {.name = "Drive1", .rect = {180, 735, 2520, 315}}),
+      Image4(&disque, {.name = "Image4", .rect = {360, 1680, 720, 720}, .picture = "drive"}),
+      TamrixPBar3(&disque, {.name = "TamrixPBar3", .rect = {1620, 1680, 720, 720}, .progressType = 1, .direction = 4}),
+      Label13(&disque, Row("Label13", "Nom du Volume :", 0)),
+      Label7(&disque, Row("Label7", "Type du lecteur :", 1)),
+      Label8(&disque, Row("Label8", "Système de fichier :", 2)),
+      Label9(&disque, Row("Label9", "= de Série :", 3)),
+      Label10(&disque, Row("Label10", "Espace Total :", 4)),
+      Label11(&disque, Row("Label11", "Espace libre :", 5)),
+      d1(&disque, Line("d1", 0)),
+      d2(&disque, Line("d2", 2)),
+      d3(&disque, Line("d3", 3)),
+      d4(&disque, Line("d4", 4)),
+      d5(&disque, Line("d5", 5)),
+      d6(&disque, Line("d6", 1)) {}
 
 void DrivesPage::InfoLecteur() {}
 

@@ -18,6 +18,13 @@ class DrivesPage {
 
  public:
   TamrixFrm disque;
+  Label Label5;
+  Label Label6;  // the same words, a shade behind Label5
+  DriveListBox Drive1;
+  Image Image4;
+  TamrixPBar TamrixPBar3;
+  Label Label13, Label7, Label8, Label9, Label10, Label11;
+  TextBox d1, d2, d3, d4, d5, d6;
 };
 
 }  // namespace tamrix

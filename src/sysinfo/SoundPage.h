@@ -15,6 +15,16 @@ class SoundPage {
 
  public:
   TamrixFrm Frmson;
+  Label lblMxList;
+  ComboBox cbMixerList;
+  Frame framDestInfo;
+  Label Label23;
+  ComboBox cbDstLineList;
+  ListBox lstDstLineInfo;
+  Frame framSrcInfo;
+  Label Label24;
+  ComboBox cbSrcLineList;
+  ListBox lstSrcLineInfo;
 };
 
 }  // namespace tamrix

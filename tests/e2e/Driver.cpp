@@ -82,6 +82,20 @@ BOOL CALLBACK FindTopLevel(HWND h, LPARAM l) {
   return TRUE;
 }
 
+struct NameSearch {
+  std::string name;
+  HWND found;
+};
+
+BOOL CALLBACK FindByName(HWND h, LPARAM l) {
+  auto* s = reinterpret_cast<NameSearch*>(l);
+  if (DesignName(h) == s->name) {
+    s->found = h;
+    return FALSE;
+  }
+  return TRUE;
+}
+
 }  // namespace
 
 App::~App() {
@@ -133,22 +147,9 @@ bool App::Running() { return pi_.hProcess && WaitForSingleObject(pi_.hProcess, 0
 HWND App::Find(const std::string& designName) {
   if (!main_) return nullptr;
   if (DesignName(main_) == designName) return main_;
-  struct Ctx {
-    std::string name;
-    HWND found;
-  } ctx{designName, nullptr};
-  EnumChildWindows(
-      main_,
-      [](HWND h, LPARAM l) -> BOOL {
-        auto* c = reinterpret_cast<Ctx*>(l);
-        if (DesignName(h) == c->name) {
-          c->found = h;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&ctx));
-  return ctx.found;
+  NameSearch search{designName, nullptr};
+  EnumChildWindows(main_, FindByName, reinterpret_cast<LPARAM>(&search));
+  return search.found;
 }
 
 void App::Click(const std::string& designName) { PostMessageA(Find(designName), BM_CLICK, 0, 0); }

@@ -14,6 +14,34 @@ namespace {
 
 int Px(int twips) { return Resources::ToPixels(twips); }
 
+// The toolkit's own windows; every other control is drawn by the skin.
+const char* ToolkitClass(Kind kind) {
+  switch (kind) {
+    case Kind::TextBox: return "EDIT";
+    case Kind::ListBox: return "LISTBOX";
+    case Kind::ComboBox:
+    case Kind::DriveListBox: return "COMBOBOX";
+    case Kind::VScrollBar: return "SCROLLBAR";
+    default: return nullptr;
+  }
+}
+
+bool IsOwnDrawn(Kind kind) { return ToolkitClass(kind) == nullptr; }
+
+DWORD ToolkitStyle(const Control& c) {
+  const Design& d = c.design();
+  switch (c.kind()) {
+    case Kind::TextBox:
+      return WS_BORDER | WS_TABSTOP | (d.multiLine ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : ES_AUTOHSCROLL) |
+             (d.locked ? ES_READONLY : 0);
+    case Kind::ListBox: return WS_BORDER | WS_VSCROLL | WS_TABSTOP | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
+    case Kind::ComboBox:
+    case Kind::DriveListBox: return WS_VSCROLL | WS_TABSTOP | CBS_DROPDOWNLIST;
+    case Kind::VScrollBar: return SBS_VERT;
+    default: return 0;
+  }
+}
+
 int Shift() {
   return (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
          (GetKeyState(VK_MENU) < 0 ? 4 : 0);
@@ -39,6 +67,14 @@ class WindowPeer : public Peer {
   HWND formWindow = nullptr;  // timers tick on their form's window
   std::string tipAnsi;
   int windowState = 0;
+  bool updating = false;                  // keeps our own writes from echoing back as user input
+  std::vector<std::string> shownItems;    // the list as the window holds it
+
+  // A notification of a toolkit window (edit, list, drop-down, scroll bar) about the user's doing.
+  void Notify(UINT msg, WPARAM wParam);
+
+ private:
+  void SyncContent();
 };
 
 void WindowPeer::Refresh(Control& c) {
@@ -71,10 +107,7 @@ void WindowPeer::Refresh(Control& c) {
     SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
     return;
   }
-  char current[512] = {};
-  GetWindowTextA(hwnd, current, sizeof current);
-  std::string caption = ToAnsi(c.Caption());
-  if (caption != current) SetWindowTextA(hwnd, caption.c_str());
+  SyncContent();
   if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
   RECT r;
   GetWindowRect(hwnd, &r);
@@ -84,7 +117,84 @@ void WindowPeer::Refresh(Control& c) {
     SetWindowPos(hwnd, nullptr, Px(t.left), Px(t.top), Px(t.width), Px(t.height), SWP_NOZORDER | SWP_NOACTIVATE);
   bool visible = (GetWindowLongA(hwnd, GWL_STYLE) & WS_VISIBLE) != 0;
   if (visible != c.Visible()) ShowWindow(hwnd, c.Visible() ? SW_SHOWNA : SW_HIDE);
-  InvalidateRect(hwnd, nullptr, FALSE);
+  if (IsOwnDrawn(c.kind())) InvalidateRect(hwnd, nullptr, FALSE);
+}
+
+void WindowPeer::SyncContent() {
+  updating = true;
+  switch (control.kind()) {
+    case Kind::ListBox:
+    case Kind::ComboBox:
+    case Kind::DriveListBox: {
+      auto& list = static_cast<ListBase&>(control);
+      const bool combo = control.kind() != Kind::ListBox;
+      if (list.Items() != shownItems) {
+        SendMessageA(hwnd, combo ? CB_RESETCONTENT : LB_RESETCONTENT, 0, 0);
+        for (const auto& item : list.Items())
+          SendMessageA(hwnd, combo ? CB_ADDSTRING : LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(ToAnsi(item).c_str()));
+        shownItems = list.Items();
+      }
+      SendMessageA(hwnd, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(list.ListIndex()), 0);
+      break;
+    }
+    case Kind::VScrollBar: {
+      auto& bar = static_cast<VScrollBar&>(control);
+      SCROLLINFO si{sizeof si, SIF_RANGE | SIF_POS | SIF_PAGE, bar.Min(), bar.Max(), 0, bar.Value(), 0};
+      SetScrollInfo(hwnd, SB_CTL, &si, TRUE);
+      break;
+    }
+    default: {
+      // The window shows a text up to its first NUL, as the platform's windows do.
+      std::string caption = ToAnsi(control.Caption());
+      int length = GetWindowTextLengthA(hwnd);
+      std::string current(static_cast<std::size_t>(length) + 1, '\0');
+      GetWindowTextA(hwnd, current.data(), length + 1);
+      current.resize(static_cast<std::size_t>(length));
+      if (std::string(caption.c_str()) != current) SetWindowTextA(hwnd, caption.c_str());
+      break;
+    }
+  }
+  updating = false;
+}
+
+void WindowPeer::Notify(UINT msg, WPARAM wParam) {
+  if (updating) return;
+  Control& c = control;
+  if (msg == WM_COMMAND) {
+    WORD code = HIWORD(wParam);
+    if (c.kind() == Kind::TextBox && code == EN_CHANGE) {
+      int length = GetWindowTextLengthA(hwnd);
+      std::string text(static_cast<std::size_t>(length) + 1, '\0');
+      GetWindowTextA(hwnd, text.data(), length + 1);
+      text.resize(static_cast<std::size_t>(length));
+      binding.Invoke([&] { static_cast<TextBox&>(c).SetText(FromAnsi(text)); });
+    } else if ((c.kind() == Kind::ListBox && code == LBN_SELCHANGE) ||
+               ((c.kind() == Kind::ComboBox || c.kind() == Kind::DriveListBox) && code == CBN_SELCHANGE)) {
+      auto index = static_cast<int>(
+          SendMessageA(hwnd, c.kind() == Kind::ListBox ? LB_GETCURSEL : CB_GETCURSEL, 0, 0));
+      binding.Invoke([&] { static_cast<ListBase&>(c).SetListIndex(index); });
+    }
+  } else if (msg == WM_VSCROLL && c.kind() == Kind::VScrollBar) {
+    auto& bar = static_cast<VScrollBar&>(c);
+    int v = bar.Value();
+    switch (LOWORD(wParam)) {
+      case SB_LINEUP: v -= bar.SmallChange(); break;
+      case SB_LINEDOWN: v += bar.SmallChange(); break;
+      case SB_PAGEUP: v -= bar.LargeChange(); break;
+      case SB_PAGEDOWN: v += bar.LargeChange(); break;
+      case SB_TOP: v = bar.Min(); break;
+      case SB_BOTTOM: v = bar.Max(); break;
+      case SB_THUMBTRACK:
+      case SB_THUMBPOSITION: {
+        SCROLLINFO si{sizeof si, SIF_TRACKPOS};
+        GetScrollInfo(hwnd, SB_CTL, &si);
+        v = si.nTrackPos;
+        break;
+      }
+      default: return;
+    }
+    binding.Invoke([&] { bar.SetValue(v); });
+  }
 }
 
 Binding::Binding(Platform& platform, HINSTANCE instance)
@@ -135,9 +245,22 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
 
   const Twips& t = c.Rect();
   DWORD style = WS_CHILD | WS_CLIPSIBLINGS | (c.Visible() ? WS_VISIBLE : 0) | (c.Enabled() ? 0 : WS_DISABLED);
-  if (c.kind() == Kind::TamrixFrm || c.kind() == Kind::Frame) style |= WS_CLIPCHILDREN;
-  p->hwnd = CreateWindowExA(0, kControlClass, ToAnsi(c.Caption()).c_str(), style, Px(t.left), Px(t.top), Px(t.width),
-                            Px(t.height), parent, nullptr, instance_, p);
+  if (c.kind() == Kind::TamrixFrm || c.kind() == Kind::Frame || c.kind() == Kind::PictureBox) style |= WS_CLIPCHILDREN;
+  const char* toolkit = ToolkitClass(c.kind());
+  if (toolkit) {
+    style |= ToolkitStyle(c);
+    // A drop-down list's window is as tall as its open list; the design height is the closed box.
+    int height = c.kind() == Kind::ComboBox || c.kind() == Kind::DriveListBox ? Px(t.height) * 10 : Px(t.height);
+    std::string text = c.kind() == Kind::TextBox ? ToAnsi(c.Caption()) : std::string();
+    p->hwnd = CreateWindowExA(0, toolkit, text.c_str(), style, Px(t.left), Px(t.top), Px(t.width), height, parent,
+                              nullptr, instance_, nullptr);
+    SetWindowLongPtrA(p->hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(p));
+    SendMessageA(p->hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(resources_.Font(c.design().font)), FALSE);
+    p->Refresh(c);
+  } else {
+    p->hwnd = CreateWindowExA(0, kControlClass, ToAnsi(c.Caption()).c_str(), style, Px(t.left), Px(t.top),
+                              Px(t.width), Px(t.height), parent, nullptr, instance_, p);
+  }
   // Siblings stack in the order they are declared, the first in front.
   SetWindowPos(p->hwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   SetPropA(p->hwnd, kDesignNameProp,
@@ -297,9 +420,15 @@ bool AnswerQuery(WindowPeer& p, UINT msg, LRESULT* result) {
 }
 
 bool SetCursorFor(WindowPeer& p) {
-  if (p.form.MousePointer() != 11) return false;
-  SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(32514)));  // the hourglass
-  return true;
+  if (p.form.MousePointer() == 11) {
+    SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(32514)));  // the hourglass, over the whole window
+    return true;
+  }
+  if (p.control.design().mousePointer == 99) {
+    SetCursor(LoadCursorA(nullptr, MAKEINTRESOURCEA(32649)));  // the hand of a link
+    return true;
+  }
+  return false;
 }
 
 }  // namespace
@@ -324,6 +453,14 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
       b.Invoke([&] { form.MouseDown(button, Shift(), TwipsX(lParam), TwipsY(lParam)); });
       return 0;
     }
+    case WM_COMMAND:
+    case WM_VSCROLL:
+      if (lParam) {
+        auto* child = reinterpret_cast<WindowPeer*>(GetWindowLongPtrA(reinterpret_cast<HWND>(lParam), GWLP_USERDATA));
+        if (child && child->hwnd == reinterpret_cast<HWND>(lParam)) child->Notify(msg, wParam);
+        return 0;
+      }
+      break;
     case WM_TIMER:
       for (auto& peer : b.peers_) {
         if (peer->timerId == wParam && peer->formWindow == hwnd && peer->control.kind() == Kind::Timer) {
@@ -403,6 +540,14 @@ LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM
     case BM_CLICK:
       b.Invoke([&] { c.Click(); });
       return 0;
+    case WM_COMMAND:
+    case WM_VSCROLL:
+      if (lParam) {
+        auto* child = reinterpret_cast<WindowPeer*>(GetWindowLongPtrA(reinterpret_cast<HWND>(lParam), GWLP_USERDATA));
+        if (child && child->hwnd == reinterpret_cast<HWND>(lParam)) child->Notify(msg, wParam);
+        return 0;
+      }
+      break;
     case WM_MOUSEMOVE:
       if (c.kind() == Kind::TamrixCmd && !p->tracking) {
         TRACKMOUSEEVENT tme{sizeof tme, TME_LEAVE, hwnd, 0};

@@ -63,16 +63,20 @@ void Text(HDC dc, const std::string& utf8, RECT r, UINT format, COLORREF colour,
   SelectObject(dc, old);
 }
 
-void DrawPicture(HDC dc, HBITMAP bmp, int x, int y, Color mask, bool transparent) {
+// Draws a picture at (x, y), at width by height (its own size when these are 0).
+void DrawPicture(HDC dc, HBITMAP bmp, int x, int y, int width, int height, Color mask, bool transparent) {
   if (!bmp) return;
   BITMAP info{};
   GetObject(bmp, sizeof info, &info);
+  if (width == 0) width = info.bmWidth;
+  if (height == 0) height = info.bmHeight;
   HDC mem = CreateCompatibleDC(dc);
   HGDIOBJ old = SelectObject(mem, bmp);
+  SetStretchBltMode(dc, HALFTONE);
   if (transparent)
-    TransparentBlt(dc, x, y, info.bmWidth, info.bmHeight, mem, 0, 0, info.bmWidth, info.bmHeight, ToColorRef(mask));
+    TransparentBlt(dc, x, y, width, height, mem, 0, 0, info.bmWidth, info.bmHeight, ToColorRef(mask));
   else
-    BitBlt(dc, x, y, info.bmWidth, info.bmHeight, mem, 0, 0, SRCCOPY);
+    StretchBlt(dc, x, y, width, height, mem, 0, 0, info.bmWidth, info.bmHeight, SRCCOPY);
   SelectObject(mem, old);
   DeleteDC(mem);
 }
@@ -145,10 +149,22 @@ void PaintButton(HDC dc, const RECT& rc, TamrixCmd& b, Resources& res, bool pres
   RECT text = rc;
   HBITMAP pic = res.Picture(b.design().picture);
   if (pic) {
+    // The picture stands at the side and the text takes the room beside it; on a narrow button
+    // the picture shrinks rather than the text being cut.
     SIZE sz = PictureSize(pic);
-    int x = b.design().centerPicture ? (rc.right - sz.cx) / 2 : 6;
-    DrawPicture(dc, pic, x + shift, (rc.bottom - sz.cy) / 2 + shift, b.design().maskColor, true);
-    if (!b.design().centerPicture) text.left = x + sz.cx + 4;
+    std::string ansi = ToAnsi(b.Caption());
+    HGDIOBJ old = SelectObject(dc, res.Font(b.design().font));
+    SIZE tx{};
+    GetTextExtentPoint32A(dc, ansi.c_str(), static_cast<int>(ansi.size()), &tx);
+    SelectObject(dc, old);
+    int side = std::min<int>({sz.cx, sz.cy, static_cast<int>(rc.right) - tx.cx - 12, static_cast<int>(rc.bottom) - 6});
+    if (b.design().centerPicture || ansi.empty()) side = std::min<int>(sz.cx, sz.cy);
+    if (side >= 10) {  // a button too narrow for both keeps its words
+      int x = b.design().centerPicture ? (rc.right - side) / 2 : 5;
+      int y = (rc.bottom - side) / 2;
+      DrawPicture(dc, pic, x + shift, y + shift, side, side, b.design().maskColor, true);
+      if (!b.design().centerPicture) text.left = x + side + 2;
+    }
   }
   OffsetRect(&text, shift, shift);
   UINT align = b.design().centerText ? DT_CENTER : DT_LEFT;
@@ -291,8 +307,12 @@ void PaintControl(HDC dc, const RECT& rc, Control& c, Resources& res, bool press
       if (c.design().backStyle != 0) Fill(dc, rc, ToColorRef(c.BackColor()));
       PaintLabel(dc, rc, c, res);
       break;
+    case Kind::PictureBox:
+      Fill(dc, rc, ToColorRef(c.BackColor()));
+      DrawPicture(dc, res.Picture(c.design().picture), 0, 0, 0, 0, c.design().maskColor, false);
+      break;
     case Kind::Image:
-      DrawPicture(dc, res.Picture(c.design().picture), 0, 0, c.design().maskColor, true);
+      DrawPicture(dc, res.Picture(c.design().picture), 0, 0, 0, 0, c.design().maskColor, true);
       break;
     case Kind::TamrixCmd:
       PaintButton(dc, rc, static_cast<TamrixCmd&>(c), res, pressed);

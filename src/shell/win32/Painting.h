@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <cmath>
 #include <map>
 #include <string>
 #include <tuple>
@@ -19,7 +20,7 @@ class Resources {
   ~Resources();
   HFONT Font(const FontSpec& spec);
   HBITMAP Picture(const std::string& name);  // a BITMAP resource named in upper case; null when absent
-  static int ToPixels(int twips) { return (twips + 7) / 15; }  // 15 twips a pixel at 96 dpi
+  static int ToPixels(int twips) { return static_cast<int>(std::lround(twips / 15.0)); }  // 15 twips a pixel at 96 dpi
 
  private:
   HINSTANCE instance_;

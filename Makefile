@@ -1,0 +1,15 @@
+# The two everyday commands: `make run` and `make test`. They install what is
+# missing on a Debian machine (as root), so nothing needs setting up first.
+.PHONY: build run test clean
+
+build:
+	bash scripts/build.sh
+
+run:
+	bash scripts/run.sh
+
+test:
+	bash scripts/test.sh
+
+clean:
+	rm -rf build

@@ -1,0 +1,75 @@
+#!/usr/bin/env bash
+# Makes sure this Debian machine has everything the build and the tests use.
+# Quiet when nothing is missing; installs what is missing when run as root;
+# otherwise prints the exact command to run and fails.
+set -euo pipefail
+
+packages=(
+  # native build and tests
+  make cmake ninja-build g++ googletest libgtest-dev libbenchmark-dev python3
+  # the Windows builds
+  g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix
+  # running them. No fonts-wine: Debian's Wine 8 never copies those fonts
+  # into a prefix, and fonts-liberation would turn Wine's stand-in for the
+  # missing Verdana from DejaVu Sans (close to Verdana's widths) into the
+  # narrower Liberation Sans.
+  wine wine64
+  # the X libraries Wine's display driver opens at run time (display modes,
+  # alpha blending, cursors, clipboard); Debian only recommends them
+  libxrandr2 libxrender1 libxcursor1 libxi6 libxfixes3 libxinerama1 libxcomposite1
+  # a display, its tools and screenshots
+  xvfb xauth x11-utils imagemagick
+  # audio mixers for Wine
+  pulseaudio
+  # fr_FR.UTF-8 for glibc
+  locales
+)
+
+say() { printf 'setup: %s\n' "$*" >&2; }
+
+is_installed() {
+  # A multi-arch package can be listed once per architecture; one installed copy is enough.
+  dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
+}
+
+missing=()
+for p in "${packages[@]}"; do
+  is_installed "$p" || missing+=("$p")
+done
+
+if ((${#missing[@]})); then
+  install_cmd="DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends ${missing[*]}"
+  if ((EUID != 0)); then
+    say "missing Debian packages: ${missing[*]}"
+    say "run as root:"
+    printf '  apt-get update && %s\n' "$install_cmd" >&2
+    exit 1
+  fi
+  say "installing: ${missing[*]}"
+  apt-get update
+  DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
+fi
+
+# Wine takes its regional settings (decimal comma, "Vrai", month names) from
+# LANG alone, but without the glibc locale the Unix side of Wine falls back to
+# ASCII: accented file names and console output come out as '?', and every
+# shell we start complains that it cannot set the locale.
+has_fr_locale() { locale -a 2>/dev/null | grep -qiE '^fr_FR\.utf-?8$'; }
+
+if ! has_fr_locale; then
+  if ((EUID != 0)); then
+    say "the glibc locale fr_FR.UTF-8 is missing"
+    say "run as root:"
+    # shellcheck disable=SC2016  # printed for the user, not run here
+    printf '  %s\n' "sed -i 's/^# *\\(fr_FR\\.UTF-8 UTF-8\\)/\\1/' /etc/locale.gen && locale-gen --keep-existing" >&2
+    exit 1
+  fi
+  say "generating the locale fr_FR.UTF-8"
+  if grep -qE '^# *fr_FR\.UTF-8 UTF-8' /etc/locale.gen 2>/dev/null; then
+    sed -i 's/^# *\(fr_FR\.UTF-8 UTF-8\)/\1/' /etc/locale.gen
+  elif ! grep -qE '^fr_FR\.UTF-8 UTF-8' /etc/locale.gen 2>/dev/null; then
+    echo 'fr_FR.UTF-8 UTF-8' >>/etc/locale.gen
+  fi
+  locale-gen --keep-existing >/dev/null
+  has_fr_locale || { say "locale-gen did not produce fr_FR.UTF-8"; exit 1; }
+fi

@@ -1,0 +1,218 @@
+#!/usr/bin/env bash
+# Builds the three trees and runs every suite: the native unit tests, then,
+# under Wine in a throw-away prefix with a private Xvfb and PulseAudio, the
+# unit tests again, the platform tests and the end-to-end tests.
+# A failing suite never stops the others. The last line is the total:
+#   N passed, N failed[, N skipped]
+# and the exit status is 0 only when nothing failed.
+#
+# TAMRIX_SUITE_TIMEOUT (seconds, default 1800) bounds each suite, so that a
+# hung window cannot hold CI forever.
+set -uo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root" || exit 1
+# shellcheck source=scripts/wine-env.sh
+source scripts/wine-env.sh
+trap stop_all EXIT
+trap 'stop_all; exit 130' INT
+trap 'stop_all; exit 143' TERM
+
+suite_timeout=${TAMRIX_SUITE_TIMEOUT:-1800}
+results=build/results
+shots=build/screenshots
+prefix=$root/build/test-prefix
+run_start=$(tamrix_now_ms)
+
+bash scripts/setup.sh || exit 1
+mkdir -p "$results"
+rm -f "$results"/*.xml "$results"/*.log
+
+total_passed=0 total_failed=0 total_skipped=0
+summary=()
+
+# note NAME PASSED FAILED SKIPPED MS [REMARK]
+note() {
+  local name=$1 p=$2 f=$3 s=$4 ms=$5 remark=${6:-} line
+  total_passed=$((total_passed + p))
+  total_failed=$((total_failed + f))
+  total_skipped=$((total_skipped + s))
+  line=$(printf '%-14s %5d passed, %3d failed, %3d skipped  %9s' "$name" "$p" "$f" "$s" "$(tamrix_fmt_ms "$ms")")
+  [[ -n $remark ]] && line+="  $remark"
+  summary+=("$line")
+  printf '\n== %s\n\n' "$line"
+}
+
+# counts XML: prints "passed failed skipped disabled" from a gtest XML report.
+# gtest's "tests" includes the disabled tests and the skipped ones; filtered
+# out tests are not in the file at all.
+counts() {
+  python3 - "$1" <<'EOF'
+import sys
+import xml.etree.ElementTree as ET
+root = ET.parse(sys.argv[1]).getroot()
+if root.tag != "testsuites":
+    sys.exit("not a gtest report")
+n = lambda k: int(root.get(k, "0"))
+skipped = sum(1 for tc in root.iter("testcase") if tc.get("result") == "skipped")
+failed = n("failures") + n("errors")
+print(n("tests") - failed - n("disabled") - skipped, failed, skipped, n("disabled"))
+EOF
+}
+
+# suite NAME TREE TARGET EXE XML COMMAND...: runs one gtest executable and
+# notes its counts. The target is brought up to date quietly first: when that
+# fails, the executable on disk is an old one and running it would prove nothing.
+suite() {
+  local name=$1 tree=$2 target=$3 exe=$4 xml=$5
+  shift 5
+  local start rc=0 log=$results/$name.log p f s d
+  start=$(tamrix_now_ms)
+  echo
+  echo "==== $name: $*"
+  if ! ninja -C "build/$tree" "$target" >"$results/$name.ninja.log" 2>&1; then
+    if grep -q "unknown target" "$results/$name.ninja.log"; then
+      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: build/$tree has no target $target"
+    elif [[ ! -f $exe ]]; then
+      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: $exe did not build (errors above)"
+    else
+      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "not run: $exe is out of date and does not build (errors above)"
+    fi
+    return
+  fi
+  rm -f "$results/$name.ninja.log"
+  if [[ ! -f $exe ]]; then
+    note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: $exe"
+    return
+  fi
+  rm -f "$xml"
+  timeout --foreground -k 10 "$suite_timeout" "$@" 2>&1 | tee "$log"
+  rc=${PIPESTATUS[0]}
+  local ms=$(($(tamrix_now_ms) - start))
+  if [[ ! -s $xml ]]; then
+    local why="ended with status $rc without writing $xml"
+    ((rc == 124)) && why="timed out after ${suite_timeout}s without writing $xml"
+    note "$name" 0 1 0 "$ms" "$why"
+    return
+  fi
+  if ! read -r p f s d < <(counts "$xml" 2>/dev/null); then
+    note "$name" 0 1 0 "$ms" "unreadable report $xml (status $rc)"
+    return
+  fi
+  local remark=
+  ((d)) && remark="$d disabled"
+  if ((rc != 0 && f == 0)); then
+    # Every test passed but the process still failed (a crash on exit, a
+    # leak check): that is one failure of its own.
+    f=1
+    remark+="${remark:+; }all tests passed but the process ended with status $rc"
+  fi
+  note "$name" "$p" "$f" "$s" "$ms" "$remark"
+}
+
+# The same as suite, for an executable that should exist but does not.
+missing() {
+  note "$1" 0 1 0 0 "executable missing: $2"
+}
+
+# ---- build -------------------------------------------------------------------
+for tree in native win64 win32; do
+  start=$(tamrix_now_ms)
+  if ! bash scripts/build.sh -k "$tree"; then
+    note "build/$tree" 0 1 0 $(($(tamrix_now_ms) - start)) "BUILD FAILED (errors above)"
+  else
+    summary+=("$(printf '%-14s built in %s' "build/$tree" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+  fi
+done
+
+# ---- native ------------------------------------------------------------------
+if [[ -f build/native/build.ninja ]]; then
+  suite native-unit native unit_tests build/native/unit_tests "$results/native-unit.xml" \
+    build/native/unit_tests --gtest_output="xml:$results/native-unit.xml"
+else
+  missing native-unit "build/native/unit_tests (the tree is not configured)"
+fi
+
+# ---- under Wine ----------------------------------------------------------------
+tamrix_env
+wine_ready=1
+start=$(tamrix_now_ms)
+if ! start_xvfb --force; then
+  note xvfb 0 1 0 $(($(tamrix_now_ms) - start)) "could not start Xvfb"
+  wine_ready=0
+fi
+start_pulse
+if ((wine_ready)); then
+  # A prefix left by an interrupted run may still have its server up.
+  [[ -d $prefix ]] && stop_prefix "$prefix"
+  rm -rf "$prefix"
+  echo
+  echo "==== making the Wine prefix build/test-prefix"
+  start=$(tamrix_now_ms)
+  if make_prefix "$prefix"; then
+    summary+=("$(printf '%-14s made in %s' "wine prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+  else
+    note "wine prefix" 0 1 0 $(($(tamrix_now_ms) - start)) "wineboot failed"
+    wine_ready=0
+  fi
+fi
+export WINEPREFIX=$prefix
+
+# Windows path of a Unix path (its directory must exist).
+winpath() { winepath -w "$1" 2>/dev/null; }
+
+wine_suite() {
+  local name=$1 target=$2 xml=$results/$3
+  local exe=build/win64/$target.exe
+  if ((!wine_ready)); then
+    note "$name" 0 1 0 0 "not run: no Wine environment (see above)"
+    return
+  fi
+  if [[ ! -f build/win64/build.ninja ]]; then
+    missing "$name" "$exe (build/win64 is not configured)"
+    return
+  fi
+  suite "$name" win64 "$target" "$exe" "$xml" wine "$exe" --gtest_output="xml:$(winpath "$root/$xml")"
+  # Whatever the suite left running in the prefix ends here, so that the
+  # next suite starts from a quiet prefix.
+  stop_prefix "$prefix"
+}
+
+wine_suite wine-unit unit_tests wine-unit.xml
+wine_suite wine-platform wine_tests wine-platform.xml
+
+rm -rf "$shots"
+mkdir -p "$shots"
+if ((wine_ready)) && [[ -f build/win64/build.ninja ]] && ! ninja -C build/win64 tamrix >"$results/tamrix.ninja.log" 2>&1; then
+  note e2e 0 1 0 0 "not run: tamrix.exe does not build (errors above)"
+else
+  rm -f "$results/tamrix.ninja.log"
+  TAMRIX_EXE=$(winpath "$root/build/win64/tamrix.exe")
+  TAMRIX_SHOTS=$(winpath "$root/$shots")
+  export TAMRIX_EXE TAMRIX_SHOTS
+  wine_suite e2e e2e_tests e2e.xml
+  unset TAMRIX_EXE TAMRIX_SHOTS
+fi
+shopt -s nullglob
+for bmp in "$shots"/*.bmp; do
+  if convert "$bmp" "${bmp%.bmp}.png"; then
+    rm -f "$bmp"
+  else
+    echo "warning: could not convert $bmp to PNG" >&2
+  fi
+done
+shopt -u nullglob
+
+stop_all
+
+# ---- totals ------------------------------------------------------------------
+echo
+echo "==== summary"
+printf '%s\n' "${summary[@]}"
+echo "total time: $(tamrix_fmt_ms $(($(tamrix_now_ms) - run_start)))"
+if ((total_skipped)); then
+  echo "$total_passed passed, $total_failed failed, $total_skipped skipped"
+else
+  echo "$total_passed passed, $total_failed failed"
+fi
+((total_failed == 0))

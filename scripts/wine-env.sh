@@ -1,0 +1,220 @@
+# shellcheck shell=bash
+# Shared by run.sh and test.sh: source it, then
+#   trap stop_all EXIT; trap 'stop_all; exit 130' INT; trap 'stop_all; exit 143' TERM
+# Everything started here is remembered and stop_all ends exactly that, by pid
+# (or, for a wineserver, by its own prefix), never by name.
+
+TAMRIX_XVFB_PID=
+TAMRIX_PULSE_PID=
+TAMRIX_PREFIXES=()
+TAMRIX_TMPDIRS=()
+
+tamrix_say() { printf '%s\n' "$*" >&2; }
+
+# Milliseconds since the epoch. Bash writes EPOCHREALTIME with the locale's
+# decimal sign, a comma once tamrix_env has set French.
+tamrix_now_ms() { local t=${EPOCHREALTIME/[.,]/}; echo $((t / 1000)); }
+tamrix_fmt_ms() {
+  local ms=$1
+  if ((ms >= 60000)); then
+    printf '%dm %02d.%01ds' $((ms / 60000)) $((ms % 60000 / 1000)) $((ms % 1000 / 100))
+  else
+    printf '%d.%01ds' $((ms / 1000)) $((ms % 1000 / 100))
+  fi
+}
+
+tamrix_env() {
+  export WINEDEBUG=-all
+  # No network here: an empty override keeps wineboot from offering to
+  # download Mono and Gecko, so it never stops on a dialog.
+  export WINEDLLOVERRIDES="mscoree=;mshtml="
+  # The program speaks French and formats numbers and dates the French way.
+  export LANG=fr_FR.UTF-8 LC_ALL=fr_FR.UTF-8
+  export WINEARCH=win64
+}
+
+# Succeeds while pid runs; a zombie has finished and counts as gone.
+tamrix_alive() {
+  local state
+  kill -0 "$1" 2>/dev/null || return 1
+  state=$(awk '{print $3}' "/proc/$1/stat" 2>/dev/null) || return 1
+  [[ $state != Z ]]
+}
+
+# Asks pid to end, waits up to $2 seconds (default 10), then forces it.
+tamrix_stop_pid() {
+  local pid=$1 limit=${2:-10} i
+  tamrix_alive "$pid" || { wait "$pid" 2>/dev/null || true; return 0; }
+  kill -TERM "$pid" 2>/dev/null || true
+  for ((i = 0; i < limit * 10; i++)); do
+    tamrix_alive "$pid" || break
+    sleep 0.1
+  done
+  if tamrix_alive "$pid"; then
+    tamrix_say "pid $pid did not end on TERM, killing it"
+    kill -KILL "$pid" 2>/dev/null || true
+  fi
+  # Reaps it when it is our own child; harmless otherwise.
+  wait "$pid" 2>/dev/null || true
+}
+
+# Makes a temp dir, remembered for stop_all, and leaves its path in TAMRIX_TMP.
+# (Not printed: a $(...) caller would run in a subshell and the list would forget it.)
+tamrix_mktemp() {
+  TAMRIX_TMP=$(mktemp -d "${TMPDIR:-/tmp}/tamrix.XXXXXX")
+  TAMRIX_TMPDIRS+=("$TAMRIX_TMP")
+}
+
+display_usable() {
+  [[ -n ${DISPLAY:-} ]] && timeout 5 xdpyinfo >/dev/null 2>&1
+}
+
+# start_xvfb [--force]: without --force, a working DISPLAY is kept as it is.
+start_xvfb() {
+  if [[ ${1:-} != --force ]] && display_usable; then
+    return 0
+  fi
+  local n pid i tries=0
+  for ((n = 99; n < 200 && tries < 5; n++)); do
+    [[ -e /tmp/.X$n-lock || -e /tmp/.X11-unix/X$n ]] && continue
+    tries=$((tries + 1))
+    Xvfb ":$n" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+    pid=$!
+    for ((i = 0; i < 200; i++)); do
+      if ! tamrix_alive "$pid"; then
+        # Another server took this number between our look and its start.
+        wait "$pid" 2>/dev/null || true
+        pid=
+        break
+      fi
+      if xdpyinfo -display ":$n" >/dev/null 2>&1; then
+        TAMRIX_XVFB_PID=$pid
+        export DISPLAY=":$n"
+        return 0
+      fi
+      sleep 0.1
+    done
+    if [[ -n $pid ]]; then
+      tamrix_say "Xvfb :$n did not answer within 20 s"
+      tamrix_stop_pid "$pid" 5
+      return 1
+    fi
+  done
+  tamrix_say "could not start Xvfb on any free display"
+  return 1
+}
+
+# Starts a private PulseAudio with a null sink and a null source, so that Wine
+# sees mixers. Nothing of it lands in the user's own PulseAudio directories.
+# When it cannot start we go on without: the program has a road for no mixer.
+start_pulse() {
+  local dir log
+  if ! command -v pulseaudio >/dev/null; then
+    tamrix_say "warning: pulseaudio is not installed; running without audio mixers"
+    return 0
+  fi
+  tamrix_mktemp
+  dir=$TAMRIX_TMP
+  log="$dir/pulseaudio.log"
+  # As root, PulseAudio only warns ("not intended to be run as root") and
+  # runs in user mode, as long as its home, config and runtime directories
+  # are ours: give it the private directory for all three.
+  if ! env HOME="$dir" XDG_RUNTIME_DIR="$dir" XDG_CONFIG_HOME="$dir/config" \
+      pulseaudio -n --daemonize=yes --exit-idle-time=-1 --disallow-exit \
+        --use-pid-file=yes --log-target="file:$log" \
+        -L module-native-protocol-unix \
+        -L "module-null-sink sink_name=nul" \
+        -L "module-null-source source_name=mic" >>"$log" 2>&1; then
+    tamrix_say "warning: PulseAudio did not start (see below); running without audio mixers"
+    sed 's/^/  pulseaudio: /' "$log" >&2 || true
+    return 0
+  fi
+  local i
+  for ((i = 0; i < 50; i++)); do
+    [[ -s $dir/pulse/pid && -S $dir/pulse/native ]] && break
+    sleep 0.1
+  done
+  TAMRIX_PULSE_PID=$(tr -dc 0-9 <"$dir/pulse/pid" 2>/dev/null || true)
+  if [[ -z $TAMRIX_PULSE_PID ]] || ! tamrix_alive "$TAMRIX_PULSE_PID"; then
+    tamrix_say "warning: PulseAudio left no running daemon; running without audio mixers"
+    TAMRIX_PULSE_PID=
+    return 0
+  fi
+  export XDG_RUNTIME_DIR="$dir"
+  export PULSE_SERVER="unix:$dir/pulse/native"
+  # Point the client at the daemon's cookie; otherwise libpulse makes one in
+  # the user's ~/.config/pulse.
+  export PULSE_COOKIE="$dir/config/pulse/cookie"
+}
+
+# Remembers a prefix so that stop_all ends its wineserver.
+use_prefix() {
+  local p
+  for p in "${TAMRIX_PREFIXES[@]}"; do [[ $p == "$1" ]] && return 0; done
+  TAMRIX_PREFIXES+=("$1")
+}
+
+# make_prefix DIR: a fresh Wine prefix. wineboot asks nothing with tamrix_env's
+# overrides and needs no display. The 32-bit half of Wine is not installed, so
+# wineboot says it cannot open syswow64\rundll32.exe; that is expected and its
+# output is only shown when it fails.
+make_prefix() {
+  local dir=$1 log
+  mkdir -p "$(dirname "$dir")"
+  dir=$(cd "$(dirname "$dir")" && pwd)/$(basename "$dir")
+  use_prefix "$dir"
+  log=$(dirname "$dir")/.$(basename "$dir").wineboot.log
+  if ! WINEPREFIX="$dir" wineboot -i >"$log" 2>&1; then
+    tamrix_say "wineboot failed for $dir:"
+    cat "$log" >&2
+    return 1
+  fi
+  if ! WINEPREFIX="$dir" timeout 120 wineserver -w; then
+    tamrix_say "the new prefix $dir did not settle within 120 s"
+    stop_prefix "$dir"
+    return 1
+  fi
+  rm -f "$log"
+}
+
+# Ends the wineserver of one prefix and every Windows process in it, and
+# waits until it has gone.
+stop_prefix() {
+  WINEPREFIX="$1" wineserver -k >/dev/null 2>&1 || true
+  WINEPREFIX="$1" timeout 30 wineserver -w >/dev/null 2>&1 || true
+}
+
+# Debian's wineserver keeps its socket in $TMPDIR/wine-XXXXXX/server-<dev>-<inode>
+# of the prefix and leaves the directory behind when it ends; a throw-away
+# prefix per test run would pile them up in /tmp.
+forget_server_dir() {
+  local id d
+  id=$(printf 'server-%x-%x' "$(stat -c %d "$1")" "$(stat -c %i "$1")" 2>/dev/null) || return 0
+  for d in "${TMPDIR:-/tmp}"/wine-*/"$id"; do
+    [[ -d $d && ! -S $d/socket ]] || continue
+    rm -rf -- "$d"
+    rmdir -- "$(dirname "$d")" 2>/dev/null || true
+  done
+}
+
+stop_all() {
+  local p d
+  for p in "${TAMRIX_PREFIXES[@]}"; do
+    [[ -d $p ]] || continue
+    stop_prefix "$p"
+    forget_server_dir "$p"
+  done
+  TAMRIX_PREFIXES=()
+  if [[ -n $TAMRIX_XVFB_PID ]]; then
+    tamrix_stop_pid "$TAMRIX_XVFB_PID" 10
+    TAMRIX_XVFB_PID=
+  fi
+  if [[ -n $TAMRIX_PULSE_PID ]]; then
+    tamrix_stop_pid "$TAMRIX_PULSE_PID" 10
+    TAMRIX_PULSE_PID=
+  fi
+  for d in "${TAMRIX_TMPDIRS[@]}"; do
+    rm -rf -- "$d"
+  done
+  TAMRIX_TMPDIRS=()
+}
