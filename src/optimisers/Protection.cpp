@@ -16,15 +16,11 @@ constexpr const char* kAppliedTitle = " Tamrix Utility 3.0 Pro - Terminée";
 constexpr const char* kAppliedText =
     " Les options sont enregistrées avec succés ! \r\r Redémarrez votre Pc pour voir les changements.";
 constexpr const char* kWarningTitle = "Avertissement";
-constexpr const char* kConfirmNt =
-    "Si la manipulation a bien fonctionné, vous devriez avoir un avertissement avec indiqué ceci: "
-    "DllUnregisterServer dans c:\\windows\\system32\\regwizc.dll réussi";
+constexpr const char* kConfirmNt = "Si la manipulation a bien fonctionné, vous devriez avoir un avertissement avec indiqué ceci: DllUnregisterServer dans c:\\windows\\system32\\regwizc.dll réussi";
 constexpr const char* kCommandNt = "C:\\Windows\\System32\\regsvr32.exe -u c:\\windows\\system32\\regwizc.dll";
 constexpr const char* kFailureTitle = "Tamrix Corporation";
 constexpr const char* kFailureText = " Fichier introuvable, vérifier votre sytème d'éxploitation";
-constexpr const char* kConfirm9x =
-    "Si la manipulation a bien fonctionné, vous devriez avoir un avertissement avec indiqué ceci: "
-    "DllUnregisterServer dans c:\\windows\\system\\regwizc.dll réussi";
+constexpr const char* kConfirm9x = "Si la manipulation a bien fonctionné, vous devriez avoir un avertissement avec indiqué ceci: DllUnregisterServer dans c:\\windows\\system\\regwizc.dll réussi";
 constexpr const char* kCommand9x = "C:\\Windows\\System\\regsvr32.exe -u c:\\windows\\system\\regwizc.dll";
 
 }  // namespace

@@ -1,4 +1,6 @@
-// The control set as plain objects. A control holds its design properties and its run-time
+// The control set as plain objects. The skin's five classes (TamrixCmd, TamrixCB, TamrixPBar,
+// TamrixFrm, TamrixOpButton) honour what the program asks of the controls of "Tamrix Veneer.ocx",
+// and the drive facts will honour DrvFact of "DrvFacts.ocx"; their painting is our own. A control holds its design properties and its run-time
 // state, and the handlers of its events. When the program runs for real each control has a peer,
 // the window that shell/win32 made for it and keeps in step; in the tests a control has no peer,
 // and a test clicks it and reads it directly.
