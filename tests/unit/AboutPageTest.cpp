@@ -78,7 +78,7 @@ TEST_F(AboutFixture, ShowsThePageBeforeSettingTheTextAndHidesTheOthersAfter) {
   form.Frame3.SetVisible(true);
   fake::ChangeLog log(form);
   form.apro.Click();
-  EXPECT_EQ(log.entries, (std::vector<std::string>{"S Propos", "H Frame4", "H Frame3"}));
+  EXPECT_EQ(log.entries, (std::vector<std::string>{"S Propos", "C Label20", "H Frame4", "H Frame3"}));
 }
 
 TEST_F(AboutFixture, DesignTopHoldsUntilTheFirstMove) {
