@@ -22,12 +22,28 @@ stop_app() {
     app_pid=
   fi
 }
-trap 'stop_app; stop_all' EXIT
-trap 'echo; stop_app; stop_all; exit 130' INT
-trap 'stop_app; stop_all; exit 143' TERM
+# shellcheck disable=SC2317  # called from the traps
+drop_lock() { [[ -n ${lock:-} && -f $lock && $(cut -d' ' -f1 "$lock") == "$$" ]] && rm -f "$lock"; return 0; }
+trap 'stop_app; stop_all; drop_lock' EXIT
+trap 'echo; stop_app; stop_all; drop_lock; exit 130' INT
+trap 'stop_app; stop_all; drop_lock; exit 143' TERM
 
 tamrix_env
 prefix=$root/build/wineprefix
+# Who is running: "pid display" of the `make run` that owns the prefix's servers.
+lock=$root/build/wineprefix.run
+
+# A second `make run` while the first one runs starts the program once more, as a user would: it
+# leaves at once as a second instance, showing nothing. The first run's servers are not ours to
+# start or stop.
+if [[ -f $lock ]] && read -r first_pid first_display <"$lock" && tamrix_alive "$first_pid"; then
+  export WINEPREFIX=$prefix DISPLAY=$first_display
+  echo "Tamrix Utility is already running (make run, pid $first_pid, display $first_display)"
+  rc=0
+  wine "$root/build/win64/tamrix.exe" || rc=$?
+  echo "the second start ended (status $rc) without a window of its own"
+  exit "$rc"
+fi
 exe=$root/build/win64/tamrix.exe
 shot=build/screenshots/run-main-window.png
 # The main window's caption starts with a blank: " Tamrix Utility 3.0 Pro (Win 9.x ...".
@@ -48,6 +64,7 @@ export WINEPREFIX=$prefix
 start_pulse
 
 if display_usable; then
+  echo "$$ $DISPLAY" >"$lock"
   echo "starting tamrix.exe on $DISPLAY"
   # In the background and waited for, so that Ctrl-C reaches our trap at
   # once: a Windows GUI program does not end on SIGINT by itself.
@@ -60,6 +77,7 @@ if display_usable; then
 fi
 
 start_xvfb --force
+echo "$$ $DISPLAY" >"$lock"
 echo "no X display: tamrix.exe runs on a private Xvfb ($DISPLAY)"
 wine "$exe" &
 app_pid=$!
