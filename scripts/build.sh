@@ -3,8 +3,9 @@
 #   build/native  host g++, RelWithDebInfo: the native unit tests
 #   build/win64   mingw-w64 x86_64, Release: tamrix.exe and the Wine suites
 #   build/win32   mingw-w64 i686, Release: the 32-bit tamrix.exe
+#   build/asan    host g++, Debug with AddressSanitizer and UBSan (named only)
 #
-# usage: scripts/build.sh [-k] [-t TARGET]... [native|win64|win32|all]...
+# usage: scripts/build.sh [-k] [-t TARGET]... [native|win64|win32|asan|all]...
 #   -k         keep going: build everything that can be built, in every tree,
 #              and fail at the end if anything failed (what the tests want)
 #   -t TARGET  build only this Ninja target (repeatable), e.g. -t tamrix
@@ -27,7 +28,7 @@ while (($#)); do
       targets+=("$2")
       shift
       ;;
-    native | win64 | win32) trees+=("$1") ;;
+    native | win64 | win32 | asan) trees+=("$1") ;;
     all) trees+=(native win64 win32) ;;
     -h | --help) usage; exit 0 ;;
     *) printf 'build.sh: unknown argument "%s"\n' "$1" >&2; usage; exit 2 ;;
@@ -41,17 +42,18 @@ now_ms() { local t=${EPOCHREALTIME/[.,]/}; echo $((t / 1000)); }
 fmt_ms() { printf '%d.%01d s' $(($1 / 1000)) $(($1 % 1000 / 100)); }
 
 configure() {
-  local tree=$1 dir=build/$1 type toolchain='' cached
+  local tree=$1 dir=build/$1 type toolchain='' cached sanitize=OFF
   case $tree in
     native) type=RelWithDebInfo ;;
     win64) type=Release toolchain=cmake/mingw-x86_64.cmake ;;
     win32) type=Release toolchain=cmake/mingw-i686.cmake ;;
+    asan) type=Debug sanitize=ON ;;
   esac
   cached=$(sed -n 's/^CMAKE_BUILD_TYPE:[A-Z]*=//p' "$dir/CMakeCache.txt" 2>/dev/null || true)
   if [[ -f $dir/build.ninja && $cached == "$type" ]]; then
     return 0
   fi
-  local args=(-S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE="$type")
+  local args=(-S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE="$type" -DTAMRIX_SANITIZE="$sanitize")
   [[ -n $toolchain ]] && args+=(-DCMAKE_TOOLCHAIN_FILE="$root/$toolchain")
   echo "== configuring $dir ($type)"
   if ! cmake "${args[@]}"; then

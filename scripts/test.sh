@@ -133,6 +133,17 @@ else
   missing native-unit "build/native/unit_tests (the tree is not configured)"
 fi
 
+# The same tests once more with AddressSanitizer and UBSan: a leak, an overflow or undefined
+# behaviour fails the run.
+start=$(tamrix_now_ms)
+if bash scripts/build.sh -k -t unit_tests asan; then
+  summary+=("$(printf '%-14s built in %s' "build/asan" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+  suite native-asan asan unit_tests build/asan/unit_tests "$results/native-asan.xml" \
+    build/asan/unit_tests --gtest_output="xml:$results/native-asan.xml"
+else
+  note "build/asan" 0 1 0 $(($(tamrix_now_ms) - start)) "BUILD FAILED (errors above)"
+fi
+
 # ---- under Wine ----------------------------------------------------------------
 tamrix_env
 wine_ready=1
