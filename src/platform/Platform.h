@@ -41,10 +41,13 @@ constexpr long MoreData = 234;
 namespace mb {
 constexpr unsigned Ok = 0x00;
 constexpr unsigned OkCancel = 0x01;
+constexpr unsigned YesNo = 0x04;
 constexpr unsigned Critical = 0x10;
 constexpr unsigned Information = 0x40;
 constexpr int IdOk = 1;
 constexpr int IdCancel = 2;
+constexpr int IdYes = 6;
+constexpr int IdNo = 7;
 }  // namespace mb
 
 // How a started process shows its window (the platform's show commands).
@@ -148,6 +151,8 @@ class Platform {
 
   // Locale facts of the user's regional settings.
   virtual char DecimalSign() = 0;
+  // The separator of hours, minutes and seconds (":" on a French system).
+  virtual char TimeSeparator() = 0;
   // The system's word for a Boolean ("Vrai" / "Faux" on a French system).
   virtual std::string BooleanText(bool value) = 0;
 };

@@ -118,3 +118,143 @@ double TextToDouble(const std::string& text, char decimalSign) {
 std::string IntToText(std::int64_t n) { return std::to_string(n); }
 
 }  // namespace tamrix::rt
+
+// --- number and time texts ---
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+namespace tamrix::rt {
+
+RuntimeError DivisionByZero() { return RuntimeError(ErrDivisionByZero, "Division by zero"); }
+
+double Divide(double numerator, double denominator) {
+  if (denominator == 0.0) throw numerator == 0.0 ? Overflow() : DivisionByZero();
+  double q = numerator / denominator;
+  if (std::isinf(q)) throw Overflow();
+  return q;
+}
+
+namespace {
+
+// The number's first 15 significant decimal digits and the power of ten of the first one:
+// x = 0.d1d2...d15 * 10^(point).
+void DecimalDigits(double magnitude, std::string* digits, int* point) {
+  char buf[40];
+  std::snprintf(buf, sizeof buf, "%.14e", magnitude);
+  digits->clear();
+  const char* c = buf;
+  for (; *c && *c != 'e'; ++c)
+    if (*c >= '0' && *c <= '9') *digits += *c;
+  *point = std::atoi(c + 1) + 1;
+}
+
+}  // namespace
+
+std::string FormatNumber(double x, const std::string& pattern, char decimalSign) {
+  std::size_t dot = pattern.find('.');
+  std::string intPattern = pattern.substr(0, dot);
+  std::string fracPattern = dot == std::string::npos ? std::string() : pattern.substr(dot + 1);
+  for (char c : intPattern + fracPattern)
+    if (c != '#' && c != '0') throw std::invalid_argument("unsupported number pattern: " + pattern);
+  const int minInt = static_cast<int>(std::count(intPattern.begin(), intPattern.end(), '0'));
+  const int maxFrac = static_cast<int>(fracPattern.size());
+  const int minFrac = static_cast<int>(fracPattern.find_last_of('0') + 1);  // npos + 1 == 0
+
+  // Digits of the integer part and of the fraction, after rounding half away from zero at the
+  // last decimal the pattern shows.
+  std::string digits;
+  int point = 0;
+  if (x != 0.0 && std::isfinite(x)) DecimalDigits(std::fabs(x), &digits, &point);
+  const int keep = point + maxFrac;  // digits of `digits` that stay
+  if (keep < 0) {
+    digits.clear();
+  } else if (keep < static_cast<int>(digits.size())) {
+    bool up = digits[static_cast<std::size_t>(keep)] >= '5';
+    digits.resize(static_cast<std::size_t>(keep));
+    if (up) {
+      int i = keep - 1;
+      for (; i >= 0 && digits[static_cast<std::size_t>(i)] == '9'; --i) digits[static_cast<std::size_t>(i)] = '0';
+      if (i >= 0) {
+        ++digits[static_cast<std::size_t>(i)];
+      } else {
+        digits.insert(digits.begin(), '1');
+        ++point;
+      }
+    }
+  }
+  // Spread the digits around the decimal point.
+  std::string whole, frac;
+  for (int i = 0; i < point; ++i) whole += i < static_cast<int>(digits.size()) ? digits[static_cast<std::size_t>(i)] : '0';
+  for (int i = 0; i < maxFrac; ++i) {
+    int at = point + i;
+    frac += at >= 0 && at < static_cast<int>(digits.size()) ? digits[static_cast<std::size_t>(at)] : '0';
+  }
+  whole.erase(0, std::min(whole.find_first_not_of('0'), whole.size()));
+  if (static_cast<int>(whole.size()) < minInt) whole.insert(0, static_cast<std::size_t>(minInt) - whole.size(), '0');
+  while (static_cast<int>(frac.size()) > minFrac && frac.back() == '0') frac.pop_back();
+
+  std::string out = x < 0 ? "-" : "";
+  out += whole;
+  if (!fracPattern.empty()) out += decimalSign;
+  out += frac;
+  return out;
+}
+
+std::string DoubleToText(double x, char decimalSign) {
+  if (x == 0.0) return "0";  // a negative zero shows as plain 0
+  char buf[40];
+  std::snprintf(buf, sizeof buf, "%.15G", x);
+  std::string out = buf;
+  for (char& c : out)
+    if (c == '.') c = decimalSign;
+  return out;
+}
+
+std::string FormatTime(const LocalTime& t, const std::string& pattern, char timeSeparator) {
+  auto two = [](int v, std::size_t width) {
+    std::string s = std::to_string(v);
+    if (width == 2 && s.size() < 2) s.insert(0, 1, '0');
+    return s;
+  };
+  std::string out;
+  bool afterHour = false;
+  for (std::size_t i = 0; i < pattern.size();) {
+    char c = static_cast<char>(std::tolower(static_cast<unsigned char>(pattern[i])));
+    std::size_t run = 1;
+    while (i + run < pattern.size() && run < 2 &&
+           std::tolower(static_cast<unsigned char>(pattern[i + run])) == static_cast<unsigned char>(c))
+      ++run;
+    switch (c) {
+      case 'h':
+        out += two(t.hour, run);
+        afterHour = true;
+        break;
+      case 'n':
+        out += two(t.minute, run);
+        afterHour = false;
+        break;
+      case 'm':
+        out += two(afterHour ? t.minute : t.month, run);
+        afterHour = false;
+        break;
+      case 's':
+        out += two(t.second, run);
+        afterHour = false;
+        break;
+      case ':':
+        out += timeSeparator;
+        run = 1;
+        break;
+      default:
+        out += pattern[i];
+        run = 1;
+        break;
+    }
+    i += run;
+  }
+  return out;
+}
+
+}  // namespace tamrix::rt

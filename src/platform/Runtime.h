@@ -63,3 +63,33 @@ namespace tamrix::rt {
 // The application's title: the default title of message boxes and of the runtime's error box.
 inline constexpr const char* kAppTitle = "Tamrix Utility";
 }  // namespace tamrix::rt
+
+// Number and time texts as the runtime's Format and CStr give them.
+#include "platform/Platform.h"
+
+namespace tamrix::rt {
+
+constexpr int ErrDivisionByZero = 11;
+RuntimeError DivisionByZero();
+
+// The "/" of two numbers: a division by zero is fault 11, and 0 / 0 fault 6, as the runtime
+// raises them.
+double Divide(double numerator, double denominator);
+
+// Format(x, pattern) for the digit patterns "#0", "#0.0" and their kin ('0' a digit always
+// shown, '#' one shown only when needed, one '.'): halves go away from zero, counted on the
+// number's decimal digits (15 significant ones), not on its binary value, so 2.675 with two
+// decimals gives 2.68. The decimal sign is the regional one. A negative number that rounds to
+// zero keeps its sign ("-0.0"), as the runtime's formatter does.
+std::string FormatNumber(double x, const std::string& pattern, char decimalSign);
+
+// A number joined to a text, or CStr: up to 15 significant digits, trailing zeros dropped, the
+// exponent form ("1E+15", "1.5E-05") outside 1E-04 .. 1E+15, the regional decimal sign.
+std::string DoubleToText(double x, char decimalSign);
+
+// Format(time, pattern) for the time letters: "h"/"hh" hours on a 24-hour clock, "n"/"nn" and an
+// "m"/"mm" that follows an hour the minutes, "s"/"ss" the seconds, in either case; ":" stands for
+// the regional time separator. Any other character is copied as it stands.
+std::string FormatTime(const LocalTime& t, const std::string& pattern, char timeSeparator);
+
+}  // namespace tamrix::rt

@@ -290,32 +290,89 @@ std::int64_t FakePlatform::SendMessageA(WindowHandle window, unsigned message, s
   return 0;
 }
 
+// Profile files as the platform's own functions treat them (the same expectations run against
+// Wine's in the profile contract). Every call reads the file afresh: blank lines are dropped,
+// each line is trimmed, a section header is the text between "[" and the first "]" (trimmed,
+// whatever follows is lost), a line with "=" is a key and its value (both trimmed), any other
+// line (a comment, say) is a key without a value. A write saves the whole file in that form
+// with CRLF line ends: a new key goes at the end of its section, a new section at the end of
+// the file, with no blank line; a key or section that exists keeps its own capitals. Lookups
+// ignore case and surrounding blanks, and only the first of two sections of one name counts.
 namespace {
 
+struct ProfileEntry {
+  std::string key;
+  bool hasValue = false;
+  std::string value;
+};
+struct ProfileSection {
+  std::string name;  // "" for the lines before the first header
+  std::vector<ProfileEntry> entries;
+};
+
+bool IsProfileBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
 std::string Trim(const std::string& s) {
-  std::size_t b = s.find_first_not_of(" \t"), e = s.find_last_not_of(" \t");
-  return b == std::string::npos ? std::string() : s.substr(b, e - b + 1);
+  std::size_t b = 0, e = s.size();
+  while (b < e && IsProfileBlank(s[b])) ++b;
+  while (e > b && IsProfileBlank(s[e - 1])) --e;
+  return s.substr(b, e - b);
 }
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
+std::string TrimLeading(const std::string& s) {
+  std::size_t b = 0;
+  while (b < s.size() && IsProfileBlank(s[b])) ++b;
+  return s.substr(b);
+}
+
+std::vector<ProfileSection> ParseProfile(const std::string& text) {
+  std::vector<ProfileSection> sections(1);
   std::size_t start = 0;
   while (start < text.size()) {
-    std::size_t end = text.find('\n', start);
-    std::string line = text.substr(start, end == std::string::npos ? std::string::npos : end - start);
-    if (!line.empty() && line.back() == '\r') line.pop_back();
-    lines.push_back(line);
-    if (end == std::string::npos) break;
+    std::size_t end = text.find_first_of("\r\n", start);
+    if (end == std::string::npos) end = text.size();
+    std::string line = Trim(text.substr(start, end - start));
     start = end + 1;
+    if (line.empty()) continue;
+    if (line.front() == '[') {
+      std::size_t close = line.find(']');
+      if (close != std::string::npos) {
+        sections.push_back({Trim(line.substr(1, close - 1)), {}});
+        continue;
+      }
+    }
+    std::size_t eq = line.find('=');
+    if (eq == std::string::npos)
+      sections.back().entries.push_back({line, false, ""});
+    else
+      sections.back().entries.push_back({Trim(line.substr(0, eq)), true, Trim(line.substr(eq + 1))});
   }
-  return lines;
+  return sections;
 }
 
-std::string SectionOf(const std::string& line) {
-  std::string t = Trim(line);
-  if (t.size() < 2 || t.front() != '[') return {};
-  std::size_t close = t.find(']');
-  return close == std::string::npos ? std::string() : Trim(t.substr(1, close - 1));
+std::string SaveProfile(const std::vector<ProfileSection>& sections) {
+  std::string text;
+  for (const ProfileSection& section : sections) {
+    if (!section.name.empty()) text += "[" + section.name + "]\r\n";
+    for (const ProfileEntry& e : section.entries) text += e.key + (e.hasValue ? "=" + e.value : "") + "\r\n";
+  }
+  return text;
+}
+
+bool SameName(const std::string& stored, const std::string& asked) {
+  return FakePlatform::Lower(Trim(stored)) == FakePlatform::Lower(Trim(asked));
+}
+
+ProfileSection* FindSection(std::vector<ProfileSection>& sections, const std::string& name) {
+  for (ProfileSection& s : sections)
+    if (SameName(s.name, name)) return &s;
+  return nullptr;
+}
+
+ProfileEntry* FindEntry(ProfileSection& section, const std::string& key) {
+  for (ProfileEntry& e : section.entries)
+    if (SameName(e.key, key)) return &e;
+  return nullptr;
 }
 
 }  // namespace
@@ -324,20 +381,17 @@ std::uint32_t FakePlatform::GetPrivateProfileStringA(const std::string& section,
                                                      const std::string& defaultValue, std::string* buffer,
                                                      std::uint32_t size, const std::string& path) {
   calls.push_back("GetPrivateProfileStringA(" + section + "," + key + "," + std::to_string(size) + "," + path + ")");
+  // The default loses its trailing blanks; a value found loses one pair of enclosing quotes.
   std::string value = defaultValue;
+  while (!value.empty() && value.back() == ' ') value.pop_back();
   auto it = files.find(Lower(path));
   if (it != files.end()) {
-    bool inSection = false;
-    for (const std::string& line : Lines(it->second)) {
-      if (Trim(line).rfind('[', 0) == 0) {
-        inSection = Lower(SectionOf(line)) == Lower(section);
-        continue;
-      }
-      std::size_t eq = line.find('=');
-      if (inSection && eq != std::string::npos && Lower(Trim(line.substr(0, eq))) == Lower(key)) {
-        value = Trim(line.substr(eq + 1));
-        if (value.size() >= 2 && value.front() == '"' && value.back() == '"') value = value.substr(1, value.size() - 2);
-        break;
+    std::vector<ProfileSection> sections = ParseProfile(it->second);
+    if (ProfileSection* s = FindSection(sections, section)) {
+      if (ProfileEntry* e = FindEntry(*s, key); e && e->hasValue) {
+        value = e->value;
+        if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
+          value = value.substr(1, value.size() - 2);
       }
     }
   }
@@ -351,37 +405,22 @@ bool FakePlatform::WritePrivateProfileStringA(const std::string& section, const 
                                               const std::string& value, const std::string& path) {
   calls.push_back("WritePrivateProfileStringA(" + section + "," + key + "," + value + "," + path + ")");
   if (readOnlyFiles.count(Lower(path))) return false;
-  std::vector<std::string> lines = files.count(Lower(path)) ? Lines(files[Lower(path)]) : std::vector<std::string>{};
-  // Find the section, then the key inside it.
-  std::size_t sectionLine = lines.size(), end = lines.size();
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (Trim(lines[i]).rfind('[', 0) != 0) continue;
-    if (sectionLine != lines.size()) {
-      end = i;
-      break;
-    }
-    if (Lower(SectionOf(lines[i])) == Lower(section)) sectionLine = i;
+  auto it = files.find(Lower(path));
+  std::vector<ProfileSection> sections = it != files.end() ? ParseProfile(it->second) : ParseProfile("");
+  // New names and the value lose their leading blanks only: trailing ones reach the file, and
+  // go at the next reading.
+  ProfileSection* s = FindSection(sections, section);
+  if (!s) {
+    sections.push_back({TrimLeading(section), {}});
+    s = &sections.back();
   }
-  if (sectionLine == lines.size()) {
-    lines.push_back("[" + section + "]");
-    lines.push_back(key + "=" + value);
+  if (ProfileEntry* e = FindEntry(*s, key)) {
+    e->hasValue = true;
+    e->value = TrimLeading(value);
   } else {
-    bool replaced = false;
-    std::size_t last = sectionLine;
-    for (std::size_t i = sectionLine + 1; i < end; ++i) {
-      std::size_t eq = lines[i].find('=');
-      if (eq != std::string::npos && Lower(Trim(lines[i].substr(0, eq))) == Lower(key)) {
-        lines[i] = key + "=" + value;
-        replaced = true;
-        break;
-      }
-      if (!Trim(lines[i]).empty()) last = i;
-    }
-    if (!replaced) lines.insert(lines.begin() + static_cast<long>(last) + 1, key + "=" + value);
+    s->entries.push_back({TrimLeading(key), true, TrimLeading(value)});
   }
-  std::string text;
-  for (const std::string& line : lines) text += line + "\r\n";
-  files[Lower(path)] = text;
+  files[Lower(path)] = SaveProfile(sections);
   return true;
 }
 

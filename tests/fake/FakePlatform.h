@@ -45,6 +45,7 @@ class FakePlatform : public Platform {
 
   bool earlierInstance = false;
   char decimalSign = ',';
+  char timeSeparator = ':';
   std::set<std::string> missingPrograms;  // executables that can't be started
   std::deque<int> answers;                // message box answers, IdOk when none is left
   RectPx clientRect{0, 0, 524, 416};
@@ -112,6 +113,7 @@ class FakePlatform : public Platform {
   bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) override;
   void CoTaskMemFree(std::uint64_t itemList) override;
   char DecimalSign() override { return decimalSign; }
+  char TimeSeparator() override { return timeSeparator; }
   std::string BooleanText(bool value) override { return value ? trueWord : falseWord; }
   static std::string Lower(std::string s);
 

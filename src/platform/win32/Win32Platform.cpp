@@ -255,4 +255,10 @@ char Win32Platform::DecimalSign() {
   return buf[0] ? buf[0] : '.';
 }
 
+char Win32Platform::TimeSeparator() {
+  char buf[8] = {};
+  GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_STIME, buf, sizeof buf);
+  return buf[0] ? buf[0] : ':';
+}
+
 }  // namespace tamrix::win32

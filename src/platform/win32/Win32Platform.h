@@ -46,6 +46,7 @@ class Win32Platform : public Platform {
   bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) override;
   void CoTaskMemFree(std::uint64_t itemList) override;
   char DecimalSign() override;
+  char TimeSeparator() override;
   std::string BooleanText(bool value) override;
 };
 
