@@ -1,6 +1,6 @@
 # The two everyday commands: `make run` and `make test`. They install what is
 # missing on a Debian machine (as root), so nothing needs setting up first.
-.PHONY: build run test clean
+.PHONY: build run test clean fuzz bench
 
 build:
 	bash scripts/build.sh
@@ -13,3 +13,9 @@ test:
 
 clean:
 	rm -rf build
+
+fuzz:
+	bash scripts/fuzz.sh
+
+bench:
+	bash scripts/bench.sh

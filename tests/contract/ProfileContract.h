@@ -124,6 +124,15 @@ TEST_F(ProfileContract, ReadingIgnoresCaseAndBlanksAndStripsOnePairOfQuotes) {
   EXPECT_EQ(Read("sec a", "noequal", "dflt"), "dflt") << "a line without = is no value";
 }
 
+TEST_F(ProfileContract, NulInTheFileEndsTheValueThatHoldsIt) {
+  bench->Put(file, std::string("[s]\r\nk=ab\0cd\r\nn=1\r\n", 19));
+  std::string value;
+  EXPECT_EQ(p().GetPrivateProfileStringA("s", "k", "", &value, 255, file), 2u);
+  EXPECT_EQ(value, "ab");
+  EXPECT_EQ(p().GetPrivateProfileStringA("s", "n", "", &value, 255, file), 1u);
+  EXPECT_EQ(value, "1");
+}
+
 TEST_F(ProfileContract, OnlyTheFirstOfTwoSectionsOfOneNameCounts) {
   bench->Put(file, "[s]\r\nk=1\r\n[s]\r\nk=2\r\nj=3\r\n");
   EXPECT_EQ(Read("s", "k"), "1");

@@ -389,7 +389,7 @@ std::uint32_t FakePlatform::GetPrivateProfileStringA(const std::string& section,
     std::vector<ProfileSection> sections = ParseProfile(it->second);
     if (ProfileSection* s = FindSection(sections, section)) {
       if (ProfileEntry* e = FindEntry(*s, key); e && e->hasValue) {
-        value = e->value;
+        value = e->value.substr(0, e->value.find('\0'));  // a C string ends at its first NUL
         if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
           value = value.substr(1, value.size() - 2);
       }

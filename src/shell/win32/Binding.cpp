@@ -49,6 +49,33 @@ int Shift() {
 
 }  // namespace
 
+// Everything of a control that its painting shows, in one comparable text.
+std::string Appearance(Control& c) {
+  std::string a = c.Caption();
+  auto add = [&a](long long v) { a += '\x1f' + std::to_string(v); };
+  add(c.ForeColor());
+  add(c.BackColor());
+  add(c.Enabled());
+  switch (c.kind()) {
+    case Kind::TamrixCmd:
+      add(static_cast<TamrixCmd&>(c).FaceColor());
+      break;
+    case Kind::TamrixCB:
+      add(static_cast<TamrixCB&>(c).Value());
+      break;
+    case Kind::TamrixOpButton:
+    case Kind::OptionButton:
+      add(static_cast<OptionBase&>(c).Selected());
+      break;
+    case Kind::TamrixPBar:
+      add(static_cast<long long>(static_cast<TamrixPBar&>(c).Value() * 1000));
+      break;
+    default:
+      break;
+  }
+  return a;
+}
+
 // One control's window, kept in step with the control.
 class WindowPeer : public Peer {
  public:
@@ -64,10 +91,12 @@ class WindowPeer : public Peer {
   bool tracking = false;
   bool shownOnce = false;
   UINT_PTR timerId = 0;
+  int timerInterval = 0;  // the interval the Win32 timer runs at, 0 when it is off
   HWND formWindow = nullptr;  // timers tick on their form's window
   std::string tipAnsi;
   int windowState = 0;
   bool updating = false;                  // keeps our own writes from echoing back as user input
+  std::string painted;                    // what the window last showed of its control
   std::vector<std::string> shownItems;    // the list as the window holds it
 
   // A notification of a toolkit window (edit, list, drop-down, scroll bar) about the user's doing.
@@ -77,19 +106,26 @@ class WindowPeer : public Peer {
   void SyncContent();
 };
 
+// The window of a control's container, where a windowless control is drawn.
+HWND ContainerWindow(Control& c);
+
 void WindowPeer::Refresh(Control& c) {
   if (c.kind() == Kind::Timer) {
     auto& t = static_cast<Timer&>(c);
     if (!formWindow || !IsWindow(formWindow)) return;
-    // SetTimer on a running timer starts its countdown again, as a new interval must.
-    if (t.Enabled() && t.Interval() > 0)
-      SetTimer(formWindow, timerId, static_cast<UINT>(t.Interval()), nullptr);
+    // A timer's countdown starts again when it is switched on or given a new interval, and only
+    // then: switching on a running timer leaves its countdown alone.
+    int interval = t.Enabled() ? t.Interval() : 0;
+    if (interval == timerInterval) return;
+    timerInterval = interval;
+    if (interval > 0)
+      SetTimer(formWindow, timerId, static_cast<UINT>(interval), nullptr);
     else
       KillTimer(formWindow, timerId);
     return;
   }
   if (c.kind() == Kind::Shape) {
-    if (formWindow) InvalidateRect(formWindow, nullptr, FALSE);
+    if (HWND container = ContainerWindow(c)) InvalidateRect(container, nullptr, FALSE);
     return;
   }
   if (!hwnd) return;
@@ -117,7 +153,19 @@ void WindowPeer::Refresh(Control& c) {
     SetWindowPos(hwnd, nullptr, Px(t.left), Px(t.top), Px(t.width), Px(t.height), SWP_NOZORDER | SWP_NOACTIVATE);
   bool visible = (GetWindowLongA(hwnd, GWL_STYLE) & WS_VISIBLE) != 0;
   if (visible != c.Visible()) ShowWindow(hwnd, c.Visible() ? SW_SHOWNA : SW_HIDE);
-  if (IsOwnDrawn(c.kind())) InvalidateRect(hwnd, nullptr, FALSE);
+  if (IsOwnDrawn(c.kind())) {
+    std::string shown = Appearance(c);
+    if (shown != painted) {  // the monitor's ticks set the same captions over and over
+      painted = std::move(shown);
+      InvalidateRect(hwnd, nullptr, FALSE);
+    }
+  }
+}
+
+HWND ContainerWindow(Control& c) {
+  Control* parent = c.Parent();
+  auto* peer = parent ? dynamic_cast<WindowPeer*>(parent->peer) : nullptr;
+  return peer ? peer->hwnd : nullptr;
 }
 
 void WindowPeer::SyncContent() {
@@ -351,6 +399,20 @@ WindowPeer* PeerOf(HWND hwnd, UINT msg, LPARAM lParam) {
 int TwipsX(LPARAM l) { return static_cast<short>(LOWORD(l)) * 15; }
 int TwipsY(LPARAM l) { return static_cast<short>(HIWORD(l)) * 15; }
 
+// Shapes have no window: their container draws them over its face.
+void DrawShapes(HDC dc, Control& container) {
+  for (Control* child : container.Children()) {
+    if (child->kind() != Kind::Shape || !child->Visible()) continue;
+    const Twips& t = child->Rect();
+    HPEN pen = CreatePen(PS_SOLID, 1, ToColorRef(child->design().borderColor));
+    HGDIOBJ op = SelectObject(dc, pen), ob = SelectObject(dc, GetStockObject(NULL_BRUSH));
+    RoundRect(dc, Px(t.left), Px(t.top), Px(t.left + t.width), Px(t.top + t.height), 12, 12);
+    SelectObject(dc, op);
+    SelectObject(dc, ob);
+    DeleteObject(pen);
+  }
+}
+
 void PaintBuffered(HWND hwnd, WindowPeer& p) {
   PAINTSTRUCT ps;
   HDC dc = BeginPaint(hwnd, &ps);
@@ -371,19 +433,11 @@ void PaintBuffered(HWND hwnd, WindowPeer& p) {
     } else {
       FillRect(mem, &rc, GetSysColorBrush(COLOR_BTNFACE));
     }
-    for (Control* child : p.control.Children()) {
-      if (child->kind() != Kind::Shape || !child->Visible()) continue;
-      const Twips& t = child->Rect();
-      HPEN pen = CreatePen(PS_SOLID, 1, ToColorRef(child->design().borderColor));
-      HGDIOBJ op = SelectObject(mem, pen), ob = SelectObject(mem, GetStockObject(NULL_BRUSH));
-      RoundRect(mem, Px(t.left), Px(t.top), Px(t.left + t.width), Px(t.top + t.height), 12, 12);
-      SelectObject(mem, op);
-      SelectObject(mem, ob);
-      DeleteObject(pen);
-    }
+    DrawShapes(mem, p.control);
   } else {
     PaintBehind(mem, hwnd, p.control, res);
     PaintControl(mem, rc, p.control, res, p.pressed);
+    DrawShapes(mem, p.control);
   }
   BitBlt(dc, 0, 0, rc.right, rc.bottom, mem, 0, 0, SRCCOPY);
   SelectObject(mem, old);

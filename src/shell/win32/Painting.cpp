@@ -101,8 +101,8 @@ void PaintPanel(HDC dc, const RECT& rc, Control& c, Resources& res) {
     RECT band{rc.left + 1, rc.top + 1, rc.right - 1, rc.top + 20};
     VerticalGradient(dc, band, Shade(back, 0.86), back);
     RECT text{rc.left + 8, rc.top + 1, rc.right - 8, rc.top + 20};
-    Text(dc, c.Caption(), text, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX, ToColorRef(c.ForeColor()),
-         Bold(res, c.design().font));
+    COLORREF title = c.Enabled() ? ToColorRef(c.ForeColor()) : GetSysColor(COLOR_GRAYTEXT);
+    Text(dc, c.Caption(), text, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX, title, Bold(res, c.design().font));
     HPEN pen = CreatePen(PS_SOLID, 1, Shade(back, 0.78));
     HGDIOBJ old = SelectObject(dc, pen);
     MoveToEx(dc, rc.left + 6, rc.top + 20, nullptr);
