@@ -1,4 +1,5 @@
 #include "optimisers/WindowsOptimiser.h"
+#include "platform/AnsiText.h"
 
 #include "platform/Ini.h"
 
@@ -9,16 +10,6 @@ namespace {
 // The directory buffer of the click: 128 characters, of which the call's count are kept.
 constexpr std::uint32_t kDirectoryBuffer = 128;
 
-std::string FirstChars(const std::string& utf8, std::uint32_t n) {
-  std::size_t i = 0;
-  std::uint32_t count = 0;
-  while (i < utf8.size() && count < n) {
-    ++i;
-    while (i < utf8.size() && (static_cast<unsigned char>(utf8[i]) & 0xC0) == 0x80) ++i;
-    ++count;
-  }
-  return utf8.substr(0, i);
-}
 
 }  // namespace
 

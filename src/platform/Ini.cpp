@@ -1,4 +1,5 @@
 #include "platform/Ini.h"
+#include "platform/AnsiText.h"
 
 namespace tamrix::ini {
 
@@ -9,17 +10,6 @@ namespace {
 // The size of the reading buffer, NULs and all: 254 characters and the terminator.
 constexpr std::uint32_t kBufferSize = 255;
 
-// The first n characters of a UTF-8 text, as the ANSI functions count them (one per character).
-std::string FirstChars(const std::string& utf8, std::uint32_t n) {
-  std::size_t i = 0;
-  std::uint32_t count = 0;
-  while (i < utf8.size() && count < n) {
-    ++i;
-    while (i < utf8.size() && (static_cast<unsigned char>(utf8[i]) & 0xC0) == 0x80) ++i;
-    ++count;
-  }
-  return utf8.substr(0, i);
-}
 
 }  // namespace
 

@@ -1,4 +1,5 @@
 #include "platform/Registre.h"
+#include "platform/AnsiText.h"
 
 namespace tamrix::Registre {
 
@@ -55,17 +56,6 @@ std::int32_t QueryOpenKeyValue(Platform& p, HKey key, const std::string& valueNa
       return -1;
   }
 }
-
-namespace {
-
-std::uint32_t AnsiLength(const std::string& utf8) {
-  std::uint32_t n = 0;
-  for (unsigned char c : utf8)
-    if ((c & 0xC0) != 0x80) ++n;
-  return n;
-}
-
-}  // namespace
 
 std::int32_t SetOpenKeyValue(Platform& p, HKey key, const std::string& valueName, std::uint32_t valueType,
                              const RegValue& data) {

@@ -1,4 +1,5 @@
 #include "fake/FakePlatform.h"
+#include "platform/AnsiText.h"
 
 #include <algorithm>
 #include <cctype>
@@ -24,24 +25,7 @@ std::string Hex(std::uint64_t v) {
 constexpr std::uint32_t kKeySetValue = 0x0002, kKeyCreateSubKey = 0x0004, kKeyCreateLink = 0x0020;
 constexpr std::uint32_t kWriteRights = kKeySetValue | kKeyCreateSubKey | kKeyCreateLink;
 
-std::uint32_t AnsiLength(const std::string& utf8) {
-  std::uint32_t n = 0;
-  for (unsigned char c : utf8)
-    if ((c & 0xC0) != 0x80) ++n;
-  return n;
-}
 
-// The first n characters of a UTF-8 text, each character counting as one ANSI byte.
-std::string FirstChars(const std::string& utf8, std::uint32_t n) {
-  std::size_t i = 0;
-  std::uint32_t count = 0;
-  while (i < utf8.size() && count < n) {
-    ++i;
-    while (i < utf8.size() && (static_cast<unsigned char>(utf8[i]) & 0xC0) == 0x80) ++i;
-    ++count;
-  }
-  return utf8.substr(0, i);
-}
 
 }  // namespace
 

@@ -487,34 +487,55 @@ bool SetCursorFor(WindowPeer& p) {
 
 }  // namespace
 
+namespace {
+
+// What forms and controls answer alike; true when the message is handled, with its result.
+bool HandleShared(WindowPeer& p, HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LRESULT* result) {
+  if (AnswerQuery(p, msg, result)) return true;
+  *result = 0;
+  switch (msg) {
+    case WM_ERASEBKGND:
+      *result = 1;
+      return true;
+    case WM_PAINT:
+      PaintBuffered(hwnd, p);
+      return true;
+    case WM_RBUTTONDOWN:
+    case WM_MBUTTONDOWN: {
+      int button = msg == WM_RBUTTONDOWN ? 2 : 4;
+      p.binding.Invoke([&] { p.control.MouseDown(button, Shift(), TwipsX(lParam), TwipsY(lParam)); });
+      return true;
+    }
+    case WM_COMMAND:
+    case WM_VSCROLL: {
+      // The toolkit's windows tell their container of the user's doing.
+      if (!lParam) return false;
+      auto* child = reinterpret_cast<WindowPeer*>(GetWindowLongPtrA(reinterpret_cast<HWND>(lParam), GWLP_USERDATA));
+      if (child && child->hwnd == reinterpret_cast<HWND>(lParam)) child->Notify(msg, wParam);
+      return true;
+    }
+    case WM_SETCURSOR:
+      if (!SetCursorFor(p)) return false;
+      *result = TRUE;
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
 LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
   WindowPeer* p = PeerOf(hwnd, msg, lParam);
   if (!p) return DefWindowProcA(hwnd, msg, wParam, lParam);
+  LRESULT result;
+  if (HandleShared(*p, hwnd, msg, wParam, lParam, &result)) return result;
   Form& form = p->form;
   Binding& b = p->binding;
-  LRESULT answer;
-  if (AnswerQuery(*p, msg, &answer)) return answer;
   switch (msg) {
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT:
-      PaintBuffered(hwnd, *p);
-      return 0;
     case WM_LBUTTONDOWN:
-    case WM_RBUTTONDOWN:
-    case WM_MBUTTONDOWN: {
-      int button = msg == WM_LBUTTONDOWN ? 1 : msg == WM_RBUTTONDOWN ? 2 : 4;
-      b.Invoke([&] { form.MouseDown(button, Shift(), TwipsX(lParam), TwipsY(lParam)); });
+      b.Invoke([&] { form.MouseDown(1, Shift(), TwipsX(lParam), TwipsY(lParam)); });
       return 0;
-    }
-    case WM_COMMAND:
-    case WM_VSCROLL:
-      if (lParam) {
-        auto* child = reinterpret_cast<WindowPeer*>(GetWindowLongPtrA(reinterpret_cast<HWND>(lParam), GWLP_USERDATA));
-        if (child && child->hwnd == reinterpret_cast<HWND>(lParam)) child->Notify(msg, wParam);
-        return 0;
-      }
-      break;
     case WM_TIMER:
       for (auto& peer : b.peers_) {
         if (peer->timerId == wParam && peer->formWindow == hwnd && peer->control.kind() == Kind::Timer) {
@@ -527,9 +548,6 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
     case WM_SIZE:
       // The task bar's restore and minimise keep the form's state in step.
       p->windowState = wParam == SIZE_MINIMIZED ? 1 : 0;
-      break;
-    case WM_SETCURSOR:
-      if (SetCursorFor(*p)) return TRUE;
       break;
     case WM_CLOSE:
       b.Invoke([&] { form.Unload(); });
@@ -552,28 +570,17 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
 LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
   WindowPeer* p = PeerOf(hwnd, msg, lParam);
   if (!p) return DefWindowProcA(hwnd, msg, wParam, lParam);
+  LRESULT result;
+  if (HandleShared(*p, hwnd, msg, wParam, lParam, &result)) return result;
   Control& c = p->control;
   Binding& b = p->binding;
-  LRESULT answer;
-  if (AnswerQuery(*p, msg, &answer)) return answer;
   switch (msg) {
-    case WM_ERASEBKGND:
-      return 1;
-    case WM_PAINT:
-      PaintBuffered(hwnd, *p);
-      return 0;
     case WM_LBUTTONDOWN:
       SetCapture(hwnd);
       p->pressed = true;
       InvalidateRect(hwnd, nullptr, FALSE);
       b.Invoke([&] { c.MouseDown(1, Shift(), TwipsX(lParam), TwipsY(lParam)); });
       return 0;
-    case WM_RBUTTONDOWN:
-    case WM_MBUTTONDOWN: {
-      int button = msg == WM_RBUTTONDOWN ? 2 : 4;
-      b.Invoke([&] { c.MouseDown(button, Shift(), TwipsX(lParam), TwipsY(lParam)); });
-      return 0;
-    }
     case WM_LBUTTONUP: {
       bool wasPressed = p->pressed;
       p->pressed = false;
@@ -594,14 +601,6 @@ LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM
     case BM_CLICK:
       b.Invoke([&] { c.Click(); });
       return 0;
-    case WM_COMMAND:
-    case WM_VSCROLL:
-      if (lParam) {
-        auto* child = reinterpret_cast<WindowPeer*>(GetWindowLongPtrA(reinterpret_cast<HWND>(lParam), GWLP_USERDATA));
-        if (child && child->hwnd == reinterpret_cast<HWND>(lParam)) child->Notify(msg, wParam);
-        return 0;
-      }
-      break;
     case WM_MOUSEMOVE:
       if (c.kind() == Kind::TamrixCmd && !p->tracking) {
         TRACKMOUSEEVENT tme{sizeof tme, TME_LEAVE, hwnd, 0};
@@ -613,9 +612,6 @@ LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM
       p->tracking = false;
       if (c.kind() == Kind::TamrixCmd) static_cast<TamrixCmd&>(c).SetHovered(false);
       return 0;
-    case WM_SETCURSOR:
-      if (SetCursorFor(*p)) return TRUE;
-      break;
     case WM_NCDESTROY:
       p->hwnd = nullptr;
       break;

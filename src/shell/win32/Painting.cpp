@@ -251,14 +251,14 @@ Resources::~Resources() {
     if (b) DeleteObject(b);
 }
 
-HFONT Resources::Font(const FontSpec& spec) {
-  int height = -static_cast<int>(std::lround(spec.size * 96.0 / 72.0));
-  auto key = std::make_tuple(spec.name, height, spec.bold);
+HFONT Resources::Font(const FontSpec& font) {
+  int height = -static_cast<int>(std::lround(font.size * 96.0 / 72.0));
+  auto key = std::make_tuple(font.name, height, font.bold);
   auto it = fonts_.find(key);
   if (it != fonts_.end()) return it->second;
-  HFONT f = CreateFontA(height, 0, 0, 0, spec.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+  HFONT f = CreateFontA(height, 0, 0, 0, font.bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                         OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_SWISS,
-                        spec.name.c_str());
+                        font.name.c_str());
   fonts_[key] = f;
   return f;
 }

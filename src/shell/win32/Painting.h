@@ -18,7 +18,7 @@ class Resources {
  public:
   explicit Resources(HINSTANCE instance) : instance_(instance) {}
   ~Resources();
-  HFONT Font(const FontSpec& spec);
+  HFONT Font(const FontSpec& font);
   HBITMAP Picture(const std::string& name);  // a BITMAP resource named in upper case; null when absent
   static int ToPixels(int twips) { return static_cast<int>(std::lround(twips / 15.0)); }  // 15 twips a pixel at 96 dpi
 
