@@ -31,7 +31,7 @@ class ProtectionPage {
 
  public:
   // Columns and rows of the boxes inside TamrixFrm6, in twips.
-  static constexpr int kCol1 = 150, kCol2 = 2760, kColW = 2550, kRow0 = 300, kRowH = 270, kBoxH = 255;
+  static constexpr int kCol1 = 150, kCol2 = 2760, kColW = 2550, kRow0 = 315, kRowH = 270, kBoxH = 255;
   static constexpr Twips Cell(int col, int row) { return {col == 0 ? kCol1 : kCol2, kRow0 + row * kRowH, kColW, kBoxH}; }
 
   TamrixFrm frmprot;

@@ -55,8 +55,8 @@ AboutPage::AboutPage(Control& form)
     : Propos(&form, {.name = "Propos", .rect = {240, 1440, 7335, 3975}}),
       VScroll1(&Propos, {.name = "VScroll1", .rect = {7080, 240, 255, 3615}, .smallChange = 20, .largeChange = 30}),
       Picture1(&Propos, {.name = "Picture1", .rect = {0, 0, 7095, 615}, .backColor = colors::White}),
-      Image8(&Picture1, {.name = "Image8", .rect = {120, 67, 480, 480}, .picture = "about"}),
-      Label21(&Picture1, {.name = "Label21", .caption = "A propos de Tamrix Utility 3.0 Pro :", .rect = {720, 187, 5400, 270},
+      Image8(&Picture1, {.name = "Image8", .rect = {120, 75, 480, 480}, .picture = "about"}),
+      Label21(&Picture1, {.name = "Label21", .caption = "A propos de Tamrix Utility 3.0 Pro :", .rect = {720, 180, 5400, 270},
                           .font = {"Verdana", 9, true}, .backColor = colors::White, .foreColor = 0xC00000}),
       Label20(&Propos, {.name = "Label20", .caption = "Label20", .rect = {360, 465, 6615, 5085}, .backStyle = 0}) {
   // The label moves with the bar; the frame clips what lies outside the page.

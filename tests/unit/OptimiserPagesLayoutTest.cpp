@@ -4,46 +4,18 @@
 #include <gtest/gtest.h>
 
 #include "fake/FakePlatform.h"
+#include "fake/LayoutCheck.h"
 #include "shell/Form1.h"
 
 namespace tamrix {
 namespace {
 
-constexpr int kTitleBand = 300;  // twips: the band of a titled panel
-constexpr int kBorder = 45;      // twips kept clear of the panel's rounded border
+using test::ExpectTidy;
 
 struct Layout : ::testing::Test {
   fake::FakePlatform p;
   Form1 form{p};
 };
-
-bool Overlap(const Twips& a, const Twips& b) {
-  return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
-         b.top < a.top + a.height;
-}
-
-void ExpectTidy(Control& panel) {
-  const Twips& outer = panel.Rect();
-  const auto& children = panel.Children();
-  for (Control* c : children) {
-    const Twips& r = c->Rect();
-    SCOPED_TRACE(panel.Name() + " / " + c->Name());
-    EXPECT_GE(r.left, kBorder);
-    EXPECT_GE(r.top, kTitleBand + 15);
-    EXPECT_LE(r.left + r.width, outer.width - kBorder);
-    EXPECT_LE(r.top + r.height, outer.height - kBorder);
-    EXPECT_EQ(r.left % 15, 0) << "whole pixels";
-    EXPECT_EQ(r.top % 15, 0);
-    EXPECT_EQ(r.width % 15, 0);
-    EXPECT_EQ(r.height % 15, 0);
-    for (Control* d : children) {
-      if (c < d) {
-        EXPECT_FALSE(Overlap(r, d->Rect())) << "overlaps " << d->Name();
-      }
-    }
-    if (c->kind() == Kind::TamrixFrm) ExpectTidy(*c);
-  }
-}
 
 TEST_F(Layout, WindowsPageControlsStandInsideTheirPanelsWithoutOverlapping) { ExpectTidy(form.windowsPage.Frame1); }
 
