@@ -1,6 +1,6 @@
 #include "optimisers/WindowsOptimiser.h"
-#include "platform/AnsiText.h"
 
+#include "platform/AnsiText.h"
 #include "platform/Ini.h"
 
 namespace tamrix::WindowsOptimiser {
@@ -9,7 +9,6 @@ namespace {
 
 // The directory buffer of the click: 128 characters, of which the call's count are kept.
 constexpr std::uint32_t kDirectoryBuffer = 128;
-
 
 }  // namespace
 

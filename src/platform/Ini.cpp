@@ -1,4 +1,5 @@
 #include "platform/Ini.h"
+
 #include "platform/AnsiText.h"
 
 namespace tamrix::ini {

@@ -1,4 +1,5 @@
 #include "platform/Registre.h"
+
 #include "platform/AnsiText.h"
 
 namespace tamrix::Registre {

@@ -1,10 +1,10 @@
 #include "fake/FakePlatform.h"
-#include "platform/AnsiText.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
 
+#include "platform/AnsiText.h"
 #include "platform/Runtime.h"
 
 namespace tamrix::fake {
