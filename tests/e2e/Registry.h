@@ -7,7 +7,17 @@
 #include <optional>
 #include <string>
 
+#include "platform/Platform.h"
+
 namespace tamrix::e2e {
+
+// The portable types of the shared expectations are the registry's own numbers.
+static_assert(REG_SZ == regtype::Sz && REG_DWORD == regtype::Dword);
+
+// A hive of the shared expectations as the registry functions take it.
+inline HKEY ToHkey(HKey h) {
+  return h == hive::CurrentUser ? HKEY_CURRENT_USER : h == hive::LocalMachine ? HKEY_LOCAL_MACHINE : nullptr;
+}
 
 constexpr const char* kExplorer = "Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer";
 constexpr const char* kRestrictRun = "Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer\\RestrictRun";

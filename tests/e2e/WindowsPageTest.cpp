@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 
+#include "contract/ExpectedCatalogues.h"
 #include "e2e/Driver.h"
 #include "e2e/Registry.h"
 #include "e2e/RegistrySnapshot.h"
@@ -13,67 +14,11 @@
 namespace tamrix::e2e {
 namespace {
 
-struct Row {
-  HKEY hive;
-  const char* path;
-  const char* name;
-  DWORD type;
-  const char* data;  // the text, or the number in decimal
-};
-const HKEY CU = HKEY_CURRENT_USER, LM = HKEY_LOCAL_MACHINE;
-const Row kRegistry[21] = {
-    {CU, "Control Panel\\Desktop", "WaitToKillAppTimeout", REG_SZ, "1000"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control", "WaitToKillAppTimeout", REG_SZ, "1000"},
-    {CU, "Control Panel\\Desktop", "AutoEndTasks", REG_SZ, "1"},
-    {CU, "Control Panel\\Desktop", "HungAppTimeOut", REG_SZ, "1000"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control", "HungAppTimeOut", REG_SZ, "1000"},
-    {CU, "Control Panel\\Desktop", "MenuShowDelay", REG_SZ, "0"},
-    {CU, "Control Panel\\Desktop", "WaitToKillServiceTimeOut", REG_SZ, "1"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control", "WaitToKillServiceTimeOut", REG_SZ, "1"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control\\Update", "UpDateMode", REG_DWORD, "7"},
-    {LM, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer", "AlwaysUnloadDll", REG_DWORD, "1"},
-    {CU, "Control Panel\\Desktop", "MinAnimate", REG_SZ, "0"},
-    {CU, "Control Panel\\Desktop", "SmoothScroll", REG_DWORD, "0"},
-    {CU, "Control Panel\\Desktop\\WindowMetrics", "Shell Icon BPP", REG_SZ, "16"},
-    {LM, "System\\CurrentControlSet\\Control\\SessionManager\\Memory Managment", "SecondLevelDataCache", REG_DWORD, "512"},
-    {LM, "System\\CurrentControlSet\\Control\\FileSystem", "ContigFileAllocSize", REG_DWORD, "512"},
-    {LM, "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Defrag\\AppStartParams", "MaxApps", REG_DWORD, "120"},
-    {LM, "System\\CurrentControlSet\\control\\FileSystem\\CDFS", "CacheSize", REG_DWORD, "2476"},
-    {LM, "System\\CurrentControlSet\\control\\FileSystem\\CDFS", "Prefetch", REG_DWORD, "1792"},
-    {LM, "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Defrag\\AppStartParams", "MaxNoUseDays", REG_DWORD, "90"},
-    {LM, "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Defrag\\AppStartParams", "MinLogSize", REG_DWORD, "500"},
-    {LM, "SOFTWARE\\Microsoft\\Dfrg\\BootOptimizeFunction", "Enable", REG_SZ, "Y"},
-};
-
-const char* const kFreshSystemIni =
-    "[386Enh]\r\n32BitDiskAccess=on\r\n32BitFileAccess=on\r\nWindowUpdateTime=200\r\nVGAMonoText=off\r\n"
-    "COM1Buffer=2048\r\nCom1Irq4Buffer=2048\r\nCom2Buffer=2048\r\nCom2Irq4Buffer=2048\r\nCOMBoostTime=1\r\n"
-    "DMABufferSize=64\r\nDualDisplay=on\r\nMaxBps=65530\r\nMinSPs=128\r\nMinTimeSlice=40\r\nPageBuffers=32\r\n"
-    "[display]\r\nBlockWrite=1\r\nDDC=1\r\nDevBmp=1\r\nFive6Five=1\r\nOutEngine=1\r\nVAD=0\r\n"
-    "[vcache]\r\nCHUNKSIZE=4096\r\nMaxFileCache=16384\r\nMinFileCache=16384\r\n"
-    "[Debug]\r\nDINPUT=0x00\r\nDMBAND=0\r\nDMCOMPOS=0\r\nDMIME=0\r\nDMLOADER=0\r\nDMSTYLE=0\r\nDMSYNTH=0\r\nDMUSIC=0\r\n"
-    "[Direct3D]\r\ndebug=0\r\n"
-    "[DirectDraw]\r\ndebug=0\r\nnohwblt=0\r\nnohwfill=0\r\nnohwtrans=0\r\n"
-    "[DirectPlay]\r\ndebug=0\r\nBreakOnAssert=1\r\n"
-    "[Ports]\r\nCOM1:=921600,n,8,1,x\r\nCOM2:=921600,n,8,1,x\r\nCOM3:=921600,n,8,1,x\r\nCOM4:=921600,n,8,1,x\r\n";
-
-// The toggles' places, so that a scenario leaves them as it found them.
-const Place kTogglePlaces[] = {
-    {LM, "Software\\CLASSES\\Paint.Picture", "DefaultIcon"},
-    {CU, "Software\\Microsoft\\MediaPlayer\\Player\\Settings", "EnableDVDUI"},
-    {CU, "*\\shell\\openas", "command"},
-};
-
-const char* const kDvdText =
-    "Le lecteur Windows Media Player dans sa version 6\r"
-    "ne peut pas lire les DVD, mais avec Tamrix votre \r"
-    "lecteur Media est dopté avec cette option .\r"
-    "\r"
-    "Pour voir le changement : \r"
-    "Ouvrez Windows Media Player puis Cliquer sur \r"
-    "fichier et un menu est ajouté : Ouvrir DVD\r"
-    "   _____________________________________\r"
-    "                     Orvane Interactive 2004";
+// The optimiser's rows and the toggles, written out by hand in the shared expectations.
+using namespace expected::windows;
+using namespace expected::toggles;
+using expected::RegExpect;
+const HKEY LM = HKEY_LOCAL_MACHINE;
 
 std::string WindowsDirectory() {
   char dir[MAX_PATH];
@@ -88,8 +33,9 @@ std::string ExeDirectory() {
 
 std::vector<Place> CataloguePlaces() {
   std::vector<Place> places;
-  for (const auto& r : kRegistry) places.push_back({r.hive, r.path, r.name});
-  for (const auto& p : kTogglePlaces) places.push_back(p);
+  for (const auto& r : kRegistry) places.push_back({ToHkey(r.hive), r.path, r.name});
+  // The toggles' places, so that a scenario leaves them as it found them.
+  for (const auto& t : kToggles) places.push_back({ToHkey(t.hive), t.path, t.name});
   return places;
 }
 
@@ -157,8 +103,8 @@ TEST_F(WindowsOptimiserOnWine, EveryRowLandsWithItsTypeAndDataAndNothingElseChan
   OpenPage();
   OptimiseAndWaitForTheFirstTick();
 
-  for (const Row& r : kRegistry) {
-    auto v = ReadValue(r.hive, r.path, r.name);
+  for (const RegExpect& r : kRegistry) {
+    auto v = ReadValue(ToHkey(r.hive), r.path, r.name);
     ASSERT_TRUE(v) << r.name;
     EXPECT_EQ(v->type, r.type) << r.name;
     EXPECT_EQ(Shown(*v), r.data) << r.name;
@@ -181,8 +127,8 @@ TEST_F(WindowsOptimiserOnWine, EveryRowLandsWithItsTypeAndDataAndNothingElseChan
   Screenshot("windows-optimiser-done");
 
   auto changes = Changes(before, Exports::Take());
-  for (const Row& r : kRegistry) {
-    std::string entry = EntryOf(r.hive, r.path, r.name);
+  for (const RegExpect& r : kRegistry) {
+    std::string entry = EntryOf(ToHkey(r.hive), r.path, r.name);
     EXPECT_TRUE(changes.count(entry)) << entry;
     changes.erase(entry);
   }
@@ -254,13 +200,13 @@ TEST_F(ShellTogglesOnWine, ConfigDllBesideTheExeHoldsOptiWithTheKeysInTheOrderFi
   app.Click("box7");
   auto notice = app.WaitMessageBox();
   ASSERT_TRUE(notice);
-  EXPECT_EQ(notice->title, " Tamrix Corporation 2004");
+  EXPECT_EQ(notice->title, kDvdTitle);
   EXPECT_EQ(notice->text, kDvdText);
   Screenshot("windows-dvd-notice");
   App::Answer(*notice, IDOK);
   EXPECT_EQ(ReadWholeFile(config.path()).value_or("<none>"), "[opti]\r\nopen=1\r\nbmp=1\r\ndvd=1\r\n");
   // None of the three keys exists in this prefix: nothing is written and nothing is created.
-  for (const auto& p : kTogglePlaces) EXPECT_FALSE(KeyExists(p.hive, p.path)) << p.path;
+  for (const auto& t : kToggles) EXPECT_FALSE(KeyExists(ToHkey(t.hive), t.path)) << t.path;
   auto changes = Changes(before, Exports::Take());
   EXPECT_TRUE(changes.empty()) << changes.begin()->first;
 
@@ -306,22 +252,24 @@ TEST_F(ShellTogglesOnWine, TickingWritesTheValuesWhereTheKeysExist) {
   auto notice = app.WaitMessageBox();
   ASSERT_TRUE(notice);
   App::Answer(*notice, IDOK);
-  auto bmp = ReadValue(LM, "Software\\CLASSES\\Paint.Picture", "DefaultIcon");
-  auto dvd = ReadValue(CU, "Software\\Microsoft\\MediaPlayer\\Player\\Settings", "EnableDVDUI");
-  auto open = ReadValue(CU, "*\\shell\\openas", "command");
+  const auto& [bmpRow, dvdRow, openRow] = kToggles;
+  auto Read = [](const expected::toggles::ToggleExpect& t) { return ReadValue(ToHkey(t.hive), t.path, t.name); };
+  auto bmp = Read(bmpRow);
+  auto dvd = Read(dvdRow);
+  auto open = Read(openRow);
   ASSERT_TRUE(bmp && dvd && open);
   EXPECT_EQ(bmp->bytes, "%1");
   EXPECT_EQ(dvd->bytes, "yes");
-  EXPECT_EQ(open->bytes, "rundll32.exe shell32.dll,OpenAs_RunDLL %1");
+  EXPECT_EQ(open->bytes, kOpenAsCommand);
   EXPECT_EQ(open->type, static_cast<DWORD>(REG_SZ));
   // Unticking: box7 writes "no"; box5 and box8 delete keys that aren't there, and the values stay.
   app.Click("box7");
   app.Click("box5");
   app.Click("box8");
   ASSERT_TRUE(WaitUntil([&] { return app.Value("box8") == 0; }));
-  EXPECT_EQ(ReadValue(CU, "Software\\Microsoft\\MediaPlayer\\Player\\Settings", "EnableDVDUI")->bytes, "no");
-  EXPECT_EQ(ReadValue(LM, "Software\\CLASSES\\Paint.Picture", "DefaultIcon")->bytes, "%1");
-  EXPECT_EQ(ReadValue(CU, "*\\shell\\openas", "command")->bytes, "rundll32.exe shell32.dll,OpenAs_RunDLL %1");
+  EXPECT_EQ(Read(dvdRow)->bytes, "no");
+  EXPECT_EQ(Read(bmpRow)->bytes, "%1");
+  EXPECT_EQ(Read(openRow)->bytes, kOpenAsCommand);
   EXPECT_EQ(ReadWholeFile(config.path()).value_or(""), "[opti]\r\nbmp=0\r\ndvd=0\r\nopen=0\r\n");
 }
 

@@ -2,6 +2,7 @@
 // passes, the panel switched by the connection type, and the 28-second show with its message.
 #include <gtest/gtest.h>
 
+#include "contract/ExpectedCatalogues.h"
 #include "fake/FakePlatform.h"
 #include "fake/VirtualClock.h"
 #include "optimisers/InternetOptimiser.h"
@@ -12,66 +13,9 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-constexpr HKey CU = hive::CurrentUser, LM = hive::LocalMachine;
-constexpr std::uint32_t SZ = regtype::Sz, DW = regtype::Dword;
-
-struct RegExpect {
-  HKey hive;
-  const char* path;
-  const char* name;
-  std::uint32_t type;
-  const char* data;  // "TTL" and "SPEED" stand for the run's two variables
-};
-
-const char* const kMstcpLower = "system\\currentcontrolset\\services\\VxD\\Mstcp";
-const char* const kNetTrans = "System\\CurrentControlSet\\Services\\Class\\NetTrans\\0000";
-const RegExpect kLan[2] = {{LM, kMstcpLower, "DefaultRcvWindow", SZ, "5840"}, {LM, kNetTrans, "MaxMTU", SZ, "1500"}};
-const RegExpect kModem[2] = {{LM, kMstcpLower, "DefaultRcvWindow", SZ, "2144"}, {LM, kNetTrans, "MaxMTU", SZ, "576"}};
-
-const char* const kTcpip = "SYSTEM\\CurrentControlSet\\Services\\Tcpip\\Parameters";
-const char* const kInet = "Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings";
-const char* const kDns = "SYSTEM\\CurrentControlSet\\Services\\Dnscache\\Parameters";
-const char* const kLanman = "SYSTEM\\CurrentControlSet\\Services\\LanmanWorkstation\\Parameters";
-const char* const kMstcp = "System\\CurrentControlSet\\Services\\VxD\\MSTCP";
-const char* const kMstcpParams = "System\\CurrentControlSet\\Services\\VxD\\MSTCP\\Parameters";
-const char* const kParams = "System\\CurrentControlSet\\Services\\VxD\\NWLink\\Ndi\\params";
-const RegExpect kCommon[35] = {
-    {LM, kTcpip, "DefaultTTL", DW, "TTL"},
-    {LM, kTcpip, "TcpWindowSize", DW, "SPEED"},
-    {CU, kInet, "MaxConnectionsPer1_0Server", DW, "8"},
-    {CU, kInet, "MaxConnectionsPerServer", DW, "4"},
-    {LM, kDns, "CacheHashTableBucketSize", DW, "1"},
-    {LM, kDns, "CacheHashTableSize", DW, "384"},
-    {LM, kDns, "MaxCacheEntryTtlLimit", DW, "64000"},
-    {LM, kDns, "MaxSOACacheEntryTtlLimit", DW, "301"},
-    {LM, "System\\CurrentControlSet\\Services\\VXD\\MSTCP", "DefaultTTL", SZ, "128"},
-    {LM, kNetTrans, "MaxMSS", SZ, "1460"},
-    {LM, kLanman, "MaxCmds", DW, "100"},
-    {LM, kLanman, "DMaxThreads", DW, "100"},
-    {LM, kMstcp, "MaxDupAcks", DW, "3"},
-    {LM, kMstcp, "PMTUBlackHoleDetect", SZ, "0"},
-    {LM, kMstcp, "PMTUDiscovery", SZ, "1"},
-    {LM, kMstcp, "ReadAheadAutoScrolling", SZ, "Vrai"},
-    {LM, kMstcp, "SackOpts", SZ, "1"},
-    {LM, kMstcp, "Tcp1323Opts", SZ, "1"},
-    {LM, kMstcpParams, "GlobalMaxTcpWindoSize", SZ, "8912"},
-    {LM, kMstcpParams, "MaxDupAcks", DW, "3"},
-    {LM, kMstcpParams, "SackOpts", SZ, "1"},
-    {LM, kMstcpParams, "Tcp1323Opts", SZ, "1"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\MTRR", "Start", DW, "0"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\MTRR", "StaticVxD", SZ, "*mtrr"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NDIS", "NetClean", SZ, "01"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NDIS", "Start", SZ, "00"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NTKern", "Start", SZ, "00"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NTKern", "StaticVxD", SZ, "*NTKERN"},
-    {LM, kParams, "cachesize", SZ, "64"},
-    {LM, kParams, "maxconnect", SZ, "64"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NWLink\\Ndi\\params\\maxconnect", "Max", SZ, "128"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NWLink\\Ndi\\params\\maxconnect", "Min", SZ, "2"},
-    {LM, kParams, "maxsockets", SZ, "255"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NWLink\\Ndi\\params\\maxsockets", "max", SZ, "1020"},
-    {LM, "System\\CurrentControlSet\\Services\\VxD\\NWLink\\Ndi\\params\\maxsockets", "min", SZ, "32"},
-};
+// The rows a run must write, written out by hand in the shared expectations.
+using namespace expected;
+using namespace expected::internet;
 
 std::string HiveName(HKey h) { return h == CU ? "HKCU" : "HKLM"; }
 
@@ -330,7 +274,7 @@ TEST_F(InternetFixture, LanRunWritesL1L2DisablesTheSpeedPanelAndSendsTtlZeroAndT
   page.Command1.Click();
   EXPECT_EQ(WrittenRows(), Expected(kLan, 2, "0"));
   EXPECT_EQ(p.GetValue(LM, kTcpip, "DefaultTTL")->data, std::string(4, '\0'));
-  EXPECT_EQ(p.GetValue(LM, "System\\CurrentControlSet\\Services\\VXD\\MSTCP", "DefaultTTL")->data, "128");
+  EXPECT_EQ(p.GetValue(LM, kVxdMstcp, "DefaultTTL")->data, "128");
   EXPECT_EQ(p.GetValue(LM, kMstcpLower, "DefaultRcvWindow")->data, "5840");
   EXPECT_EQ(p.GetValue(LM, kNetTrans, "MaxMTU")->data, "1500");
 }
@@ -351,7 +295,7 @@ TEST_F(InternetFixture, ModemRunSendsTtl64AndStillTheText128UnderVxd) {
   CreateKeys(p);
   page.Command1.Click();
   EXPECT_EQ(p.GetValue(LM, kTcpip, "DefaultTTL")->data, std::string("\x40\0\0\0", 4));
-  EXPECT_EQ(p.GetValue(LM, "System\\CurrentControlSet\\Services\\VXD\\MSTCP", "DefaultTTL")->data, "128");
+  EXPECT_EQ(p.GetValue(LM, kVxdMstcp, "DefaultTTL")->data, "128");
 }
 
 TEST_F(InternetFixture, WhateverSpeedIsChosenTcpWindowSizeIsZero) {

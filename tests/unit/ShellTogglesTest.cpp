@@ -2,6 +2,7 @@
 // DVD notice, and the record in config.dll.
 #include <gtest/gtest.h>
 
+#include "contract/ExpectedCatalogues.h"
 #include "fake/FakePlatform.h"
 #include "optimisers/ShellToggles.h"
 #include "platform/Ini.h"
@@ -13,22 +14,8 @@ namespace {
 using Calls = std::vector<std::string>;
 
 const char* const kConfig = "C:\\Program Files\\Tamrix\\config.dll";
-const char* const kPaint = "Software\\CLASSES\\Paint.Picture";
-const char* const kPaintIcon = "Software\\CLASSES\\Paint.Picture\\DefaultIcon";
-const char* const kPlayer = "Software\\Microsoft\\MediaPlayer\\Player\\Settings";
-const char* const kOpenAs = "*\\shell\\openas";
-const char* const kOpenAsOdd = "*\\shell\\openas\\command\\rundll32.exe shell32.dll,OpenAs_RunDLL %1";
-
-const char* const kDvdText =
-    "Le lecteur Windows Media Player dans sa version 6\r"
-    "ne peut pas lire les DVD, mais avec Tamrix votre \r"
-    "lecteur Media est dopté avec cette option .\r"
-    "\r"
-    "Pour voir le changement : \r"
-    "Ouvrez Windows Media Player puis Cliquer sur \r"
-    "fichier et un menu est ajouté : Ouvrir DVD\r"
-    "   _____________________________________\r"
-    "                     Orvane Interactive 2004";
+// The toggles' keys, values and notice, written out by hand in the shared expectations.
+using namespace expected::toggles;
 
 struct TogglesFixture : ::testing::Test {
   fake::FakePlatform p;
@@ -55,14 +42,21 @@ struct TogglesFixture : ::testing::Test {
 
 TEST_F(TogglesFixture, TableStandsAsTheBoxesAndKeysSayWithTheirCaptions) {
   ASSERT_EQ(ShellToggles::kToggles.size(), 3u);
-  const char* names[3] = {"box5", "box7", "box8"};
-  const char* keys[3] = {"bmp", "dvd", "open"};
   const char* captions[3] = {"Visualiser *.bmp", "Lecture de DVD", "Activer Ouvrir avec .."};
   for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(ShellToggles::kToggles[i].box, names[i]);
-    EXPECT_EQ(ShellToggles::kToggles[i].configKey, keys[i]);
+    SCOPED_TRACE(kToggles[i].box);
+    const auto& row = ShellToggles::kToggles[i];
+    EXPECT_EQ(row.box, kToggles[i].box);
+    EXPECT_EQ(row.configKey, kToggles[i].configKey);
+    EXPECT_EQ(row.hive, kToggles[i].hive);
+    EXPECT_EQ(row.keyPath, kToggles[i].path);
+    EXPECT_EQ(row.valueName, kToggles[i].name);
+    EXPECT_EQ(row.tickedData, kToggles[i].tickedData);
+    EXPECT_EQ(row.untick == ShellToggles::Toggle::Untick::DeleteKey, kToggles[i].untickDeletesKey);
+    EXPECT_EQ(row.untickTarget, kToggles[i].untickTarget);
+    EXPECT_EQ(row.dvdNotice, kToggles[i].dvdNotice);
     TamrixCB& box = page.*WindowsPage::kToggleBoxes[i];
-    EXPECT_EQ(box.Name(), names[i]);
+    EXPECT_EQ(box.Name(), kToggles[i].box);
     EXPECT_EQ(box.Caption(), captions[i]);
     EXPECT_EQ(box.Parent(), &page.Frame1);
   }
@@ -113,7 +107,7 @@ TEST_F(TogglesFixture, Box7TwiceGivesYesNoYesNoAndTheNoticeTwice) {
   EXPECT_EQ(seen, (Calls{"yes", "no", "yes", "no"}));
   ASSERT_EQ(p.boxes.size(), 2u);
   for (const auto& box : p.boxes) {
-    EXPECT_EQ(box.title, " Tamrix Corporation 2004");
+    EXPECT_EQ(box.title, kDvdTitle);
     EXPECT_EQ(box.text, kDvdText);
     EXPECT_EQ(box.style, mb::Ok | mb::Information);
   }

@@ -2,6 +2,7 @@
 // the seventeen-second show on the virtual clock.
 #include <gtest/gtest.h>
 
+#include "contract/ExpectedCatalogues.h"
 #include "fake/FakePlatform.h"
 #include "fake/VirtualClock.h"
 #include "optimisers/WindowsOptimiser.h"
@@ -13,79 +14,10 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-// The catalogue as it must stand, written out here so that a slip in the data is caught.
-struct RegExpect {
-  HKey hive;
-  const char* path;
-  const char* name;
-  std::uint32_t type;
-  const char* data;  // as the registry holds it: the text, or the number in decimal
-};
-constexpr HKey CU = hive::CurrentUser, LM = hive::LocalMachine;
-constexpr std::uint32_t SZ = regtype::Sz, DW = regtype::Dword;
-const RegExpect kRegistry[21] = {
-    {CU, "Control Panel\\Desktop", "WaitToKillAppTimeout", SZ, "1000"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control", "WaitToKillAppTimeout", SZ, "1000"},
-    {CU, "Control Panel\\Desktop", "AutoEndTasks", SZ, "1"},
-    {CU, "Control Panel\\Desktop", "HungAppTimeOut", SZ, "1000"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control", "HungAppTimeOut", SZ, "1000"},
-    {CU, "Control Panel\\Desktop", "MenuShowDelay", SZ, "0"},
-    {CU, "Control Panel\\Desktop", "WaitToKillServiceTimeOut", SZ, "1"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control", "WaitToKillServiceTimeOut", SZ, "1"},
-    {LM, "SYSTEM\\CurrentControlSet\\Control\\Update", "UpDateMode", DW, "7"},
-    {LM, "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer", "AlwaysUnloadDll", DW, "1"},
-    {CU, "Control Panel\\Desktop", "MinAnimate", SZ, "0"},
-    {CU, "Control Panel\\Desktop", "SmoothScroll", DW, "0"},
-    {CU, "Control Panel\\Desktop\\WindowMetrics", "Shell Icon BPP", SZ, "16"},
-    {LM, "System\\CurrentControlSet\\Control\\SessionManager\\Memory Managment", "SecondLevelDataCache", DW, "512"},
-    {LM, "System\\CurrentControlSet\\Control\\FileSystem", "ContigFileAllocSize", DW, "512"},
-    {LM, "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Defrag\\AppStartParams", "MaxApps", DW, "120"},
-    {LM, "System\\CurrentControlSet\\control\\FileSystem\\CDFS", "CacheSize", DW, "2476"},
-    {LM, "System\\CurrentControlSet\\control\\FileSystem\\CDFS", "Prefetch", DW, "1792"},
-    {LM, "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Defrag\\AppStartParams", "MaxNoUseDays", DW, "90"},
-    {LM, "Software\\Microsoft\\Windows\\CurrentVersion\\Applets\\Defrag\\AppStartParams", "MinLogSize", DW, "500"},
-    {LM, "SOFTWARE\\Microsoft\\Dfrg\\BootOptimizeFunction", "Enable", SZ, "Y"},
-};
-
-struct ProfileExpect {
-  const char* section;
-  const char* key;
-  const char* value;
-};
-const ProfileExpect kBeforeTimer[26] = {
-    {"386Enh", "32BitDiskAccess", "on"},  {"386Enh", "32BitFileAccess", "on"}, {"386Enh", "WindowUpdateTime", "200"},
-    {"386Enh", "VGAMonoText", "off"},     {"386Enh", "COM1Buffer", "2048"},    {"386Enh", "Com1Irq4Buffer", "2048"},
-    {"386Enh", "Com2Buffer", "2048"},     {"386Enh", "Com2Irq4Buffer", "2048"}, {"386Enh", "COMBoostTime", "1"},
-    {"386Enh", "DMABufferSize", "64"},    {"386Enh", "DualDisplay", "on"},     {"386Enh", "MaxBps", "65530"},
-    {"386Enh", "MinSPs", "128"},          {"386Enh", "MinTimeSlice", "40"},    {"386Enh", "PageBuffers", "32"},
-    {"386Enh", "WindowUpdateTime", "200"}, {"386Enh", "VGAMonoText", "off"},    {"display", "BlockWrite", "1"},
-    {"display", "DDC", "1"},              {"display", "DevBmp", "1"},          {"display", "Five6Five", "1"},
-    {"display", "OutEngine", "1"},        {"display", "VAD", "0"},             {"vcache", "CHUNKSIZE", "4096"},
-    {"vcache", "MaxFileCache", "16384"},  {"vcache", "MinFileCache", "16384"},
-};
-const ProfileExpect kAfterTimer[19] = {
-    {"Debug", "DINPUT", "0x00"},       {"Debug", "DMBAND", "0"},         {"Debug", "DMCOMPOS", "0"},
-    {"Debug", "DMIME", "0"},           {"Debug", "DMLOADER", "0"},       {"Debug", "DMSTYLE", "0"},
-    {"Debug", "DMSYNTH", "0"},         {"Debug", "DMUSIC", "0"},         {"Direct3D", "debug", "0"},
-    {"DirectDraw", "debug", "0"},      {"DirectDraw", "nohwblt", "0"},   {"DirectDraw", "nohwfill", "0"},
-    {"DirectDraw", "nohwtrans", "0"},  {"DirectPlay", "debug", "0"},     {"DirectPlay", "BreakOnAssert", "1"},
-    {"Ports", "COM1:", "921600,n,8,1,x"}, {"Ports", "COM2:", "921600,n,8,1,x"}, {"Ports", "COM3:", "921600,n,8,1,x"},
-    {"Ports", "COM4:", "921600,n,8,1,x"},
-};
-
-// system.ini as a run leaves it when there was none: the eight sections in the order in which
-// the catalogue first names them, the doubled keys written twice into one line each.
-const char* const kFreshSystemIni =
-    "[386Enh]\r\n32BitDiskAccess=on\r\n32BitFileAccess=on\r\nWindowUpdateTime=200\r\nVGAMonoText=off\r\n"
-    "COM1Buffer=2048\r\nCom1Irq4Buffer=2048\r\nCom2Buffer=2048\r\nCom2Irq4Buffer=2048\r\nCOMBoostTime=1\r\n"
-    "DMABufferSize=64\r\nDualDisplay=on\r\nMaxBps=65530\r\nMinSPs=128\r\nMinTimeSlice=40\r\nPageBuffers=32\r\n"
-    "[display]\r\nBlockWrite=1\r\nDDC=1\r\nDevBmp=1\r\nFive6Five=1\r\nOutEngine=1\r\nVAD=0\r\n"
-    "[vcache]\r\nCHUNKSIZE=4096\r\nMaxFileCache=16384\r\nMinFileCache=16384\r\n"
-    "[Debug]\r\nDINPUT=0x00\r\nDMBAND=0\r\nDMCOMPOS=0\r\nDMIME=0\r\nDMLOADER=0\r\nDMSTYLE=0\r\nDMSYNTH=0\r\nDMUSIC=0\r\n"
-    "[Direct3D]\r\ndebug=0\r\n"
-    "[DirectDraw]\r\ndebug=0\r\nnohwblt=0\r\nnohwfill=0\r\nnohwtrans=0\r\n"
-    "[DirectPlay]\r\ndebug=0\r\nBreakOnAssert=1\r\n"
-    "[Ports]\r\nCOM1:=921600,n,8,1,x\r\nCOM2:=921600,n,8,1,x\r\nCOM3:=921600,n,8,1,x\r\nCOM4:=921600,n,8,1,x\r\n";
+// The catalogue as it must stand, written out by hand in the shared expectations so that a
+// slip in the data is caught.
+using namespace expected;
+using namespace expected::windows;
 
 const char* const kSystemIni = "C:\\WINDOWS\\system.ini";
 
