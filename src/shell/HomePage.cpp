@@ -93,29 +93,29 @@ HomePage::HomePage(Control& form, Platform& platform)
 
 // Nothing here is trapped: a fault ends the program with the runtime's box.
 void HomePage::Timer1Tick() {
-  // 1. The snapshot in megabytes; of it only the paging file and virtual memory show.
+  // The snapshot in megabytes; of it only the paging file and virtual memory show.
   std::int32_t memoryLoad, totalPhys, availPhys, totalPageFile, availPageFile, totalVirtual, availVirtual;
   Module1::ReadMemoryStatus(p_, memoryLoad, totalPhys, availPhys, totalPageFile, availPageFile, totalVirtual,
                             availVirtual);
-  // 2. The exact byte counts of physical memory, from a record of its own.
+  // The exact byte counts of physical memory, from a record of its own.
   const MemoryStatus exact = p_.GlobalMemoryStatus(kMemoryStatusLength);
   const char sign = p_.DecimalSign();
 
-  // 3, 4. The one megabyte added to the total is deliberate and stays.
+  // The one megabyte added to the total is deliberate and stays.
   const std::string total = rt::FormatNumber(SignedMegabytes(exact.dwTotalPhys) + 1, "#0", sign);
   const std::string free = rt::FormatNumber(SignedMegabytes(exact.dwAvailPhys), "#0.0", sign);
 
-  // 5-7. Used memory is the difference of the two texts read back as numbers, so it may show a
+  // Used memory is the difference of the two texts read back as numbers, so it may show a
   // fraction; there is no blank before "Mo" on the free line.
   lcd1.SetCaption(kFreeCaption + free + "Mo");
   const double used = rt::TextToDouble(total, sign) - rt::TextToDouble(free, sign);
   lcd2.SetCaption(kUsedCaption + rt::DoubleToText(used, sign) + " Mo");
   lcd3.SetCaption(kTotalCaption + total + " Mo");
 
-  // 8. The round bar shows the free share, not the load, from the rounded texts.
+  // The round bar shows the free share, not the load, from the rounded texts.
   TamrixPBar2.SetValue(rt::Divide(rt::TextToDouble(free, sign), rt::TextToDouble(total, sign)) * 100);
 
-  // 9-14. Whole megabytes without a pattern.
+  // Whole megabytes without a pattern.
   l1.SetCaption("Mémoire Virtuelle : " + Whole(totalVirtual) + " Mo");
   l2.SetCaption("Mémoire Virtuelle libre : " + Whole(availVirtual) + " Mo");
   l3.SetCaption("Mémoire Virtuelle occupée : " + Whole(std::int64_t{totalVirtual} - availVirtual) + " Mo");
