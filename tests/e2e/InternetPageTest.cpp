@@ -29,26 +29,6 @@ std::vector<Place> Places() {
   return places;
 }
 
-std::string Shown(const StoredValue& v) {
-  if (v.type == REG_DWORD && v.bytes.size() == 4) {
-    DWORD d;
-    memcpy(&d, v.bytes.data(), 4);
-    return std::to_string(d);
-  }
-  return v.bytes;
-}
-
-std::map<std::string, std::string> Changes(const Export& before, const Export& after) {
-  std::map<std::string, std::string> out;
-  for (const auto& [k, v] : Difference(before, after)) {
-    std::string key = Lower(k);
-    if (key.find("hkey_current_user\\software\\wine\\") != std::string::npos) continue;
-    if (key.find("\\control\\video\\") != std::string::npos || key.find("driverdatedata") != std::string::npos) continue;
-    out[key] = v;
-  }
-  return out;
-}
-
 class InternetOptimiserOnWine : public ::testing::Test {
  protected:
   void TearDown() override {
@@ -88,7 +68,7 @@ class InternetOptimiserOnWine : public ::testing::Test {
       auto v = ReadValue(ToHkey(r.hive), r.path, r.name);
       ASSERT_TRUE(v) << r.path << " " << r.name;
       EXPECT_EQ(v->type, r.type) << r.name;
-      EXPECT_EQ(Shown(*v), data) << r.path << " " << r.name;
+      EXPECT_EQ(AsRowData(*v), data) << r.path << " " << r.name;
       std::string entry = EntryOf(ToHkey(r.hive), r.path, r.name);
       EXPECT_TRUE(changes.count(entry)) << entry;
       changes.erase(entry);

@@ -1,5 +1,7 @@
 #include "e2e/RegistrySnapshot.h"
 
+#include <cstring>
+
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -105,6 +107,26 @@ void EndProcess(DWORD pid) {
   TerminateProcess(h, 1);
   WaitForSingleObject(h, 5000);
   CloseHandle(h);
+}
+
+std::string AsRowData(const StoredValue& v) {
+  if (v.type == REG_DWORD && v.bytes.size() == 4) {
+    DWORD d;
+    memcpy(&d, v.bytes.data(), 4);
+    return std::to_string(d);
+  }
+  return v.bytes;
+}
+
+std::map<std::string, std::string> Changes(const Export& before, const Export& after) {
+  std::map<std::string, std::string> out;
+  for (const auto& [k, v] : Difference(before, after)) {
+    std::string key = Lower(k);
+    if (key.find("hkey_current_user\\software\\wine\\") != std::string::npos) continue;
+    if (key.find("\\control\\video\\") != std::string::npos || key.find("driverdatedata") != std::string::npos) continue;
+    out[key] = v;
+  }
+  return out;
 }
 
 }  // namespace tamrix::e2e

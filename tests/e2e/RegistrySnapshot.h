@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -46,6 +47,13 @@ class RegistrySnapshot {
 // The export entry of one value, as Difference names it, in lower case.
 std::string EntryOf(HKEY hive, const std::string& path, const std::string& name);
 std::string Lower(std::string s);
+
+// What a stored value reads as a catalogue row gives it: a DWORD in decimal, a text as it stands.
+std::string AsRowData(const StoredValue& v);
+
+// Entries that differ between two exports, keys in lower case, without the ones Wine changes by
+// itself (its own settings, the video keys, driver dates).
+std::map<std::string, std::string> Changes(const Export& before, const Export& after);
 
 // Whole files, by Windows path: nullopt when absent.
 std::optional<std::string> ReadWholeFile(const std::string& path);

@@ -39,37 +39,15 @@ std::vector<Place> CataloguePlaces() {
   return places;
 }
 
-// What a value of the registry reads, as a row gives it.
-std::string Shown(const StoredValue& v) {
-  if (v.type == REG_DWORD && v.bytes.size() == 4) {
-    DWORD d;
-    memcpy(&d, v.bytes.data(), 4);
-    return std::to_string(d);
-  }
-  return v.bytes;
-}
-
-// Entries that differ between two exports, without the ones Wine changes by itself.
-std::map<std::string, std::string> Changes(const Export& before, const Export& after) {
-  std::map<std::string, std::string> out;
-  for (const auto& [k, v] : Difference(before, after)) {
-    std::string key = Lower(k);
-    if (key.find("hkey_current_user\\software\\wine\\") != std::string::npos) continue;
-    if (key.find("\\control\\video\\") != std::string::npos || key.find("driverdatedata") != std::string::npos) continue;
-    out[key] = v;
-  }
-  return out;
-}
-
 struct Exports {
   Export user, software, system;
   static Exports Take() { return {ExportBranch("HKCU"), ExportBranch("HKLM\\Software"), ExportBranch("HKLM\\System")}; }
 };
 
 std::map<std::string, std::string> Changes(const Exports& a, const Exports& b) {
-  auto out = Changes(a.user, b.user);
-  for (auto& kv : Changes(a.software, b.software)) out.insert(kv);
-  for (auto& kv : Changes(a.system, b.system)) out.insert(kv);
+  auto out = e2e::Changes(a.user, b.user);
+  for (auto& kv : e2e::Changes(a.software, b.software)) out.insert(kv);
+  for (auto& kv : e2e::Changes(a.system, b.system)) out.insert(kv);
   return out;
 }
 
@@ -107,7 +85,7 @@ TEST_F(WindowsOptimiserOnWine, EveryRowLandsWithItsTypeAndDataAndNothingElseChan
     auto v = ReadValue(ToHkey(r.hive), r.path, r.name);
     ASSERT_TRUE(v) << r.name;
     EXPECT_EQ(v->type, r.type) << r.name;
-    EXPECT_EQ(Shown(*v), r.data) << r.name;
+    EXPECT_EQ(AsRowData(*v), r.data) << r.name;
     if (r.type == REG_SZ) {
       EXPECT_EQ(v->bytes.size(), strlen(r.data)) << r.name << ": no terminator stored";
     }
@@ -146,7 +124,7 @@ TEST_F(WindowsOptimiserOnWine, MissingKeysLoseTheirRowsAndNoKeyIsCreated) {
   for (const char* path : absent) EXPECT_FALSE(KeyExists(LM, path)) << path;
   auto v = ReadValue(LM, "System\\CurrentControlSet\\control\\FileSystem\\CDFS", "Prefetch");
   ASSERT_TRUE(v);
-  EXPECT_EQ(Shown(*v), "1792");
+  EXPECT_EQ(AsRowData(*v), "1792");
 }
 
 TEST_F(WindowsOptimiserOnWine, AbsentSystemIniIsMadeWithTheEightSectionsInOrderOfFirstNaming) {
