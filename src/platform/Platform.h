@@ -140,6 +140,10 @@ class Platform {
   virtual std::uint32_t GetTickCount() = 0;
   virtual LocalTime Now() = 0;
 
+  // Drives. The letters of the drives that exist now, in alphabetical order ("ACDZ"): what the
+  // file-system object's drive collection and the drive list box both walk.
+  virtual std::string LogicalDriveLetters() = 0;
+
   // Shell.
   virtual std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
                                      const std::string& parameters, const std::string& directory, int show) = 0;

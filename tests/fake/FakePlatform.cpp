@@ -431,6 +431,11 @@ MemoryStatus FakePlatform::GlobalMemoryStatus(std::uint32_t length) {
   return m;
 }
 
+std::string FakePlatform::LogicalDriveLetters() {
+  calls.push_back("LogicalDriveLetters()");
+  return driveLetters;
+}
+
 OsVersion FakePlatform::GetVersionExA(std::uint32_t size) {
   calls.push_back("GetVersionExA(" + std::to_string(size) + ")");
   return version;

@@ -63,6 +63,7 @@ class FakePlatform : public Platform {
   OsVersion version{true, 5, 1, 2600, 2, "Service Pack 2"};
   std::uint32_t tickCount = 0;
   LocalTime now{2026, 11, 21, 20, 50, 35};
+  std::string driveLetters = "ACD";
   // The folder browser: the path of the chosen item, "" for a virtual item, nullopt for Cancel.
   std::deque<std::optional<std::string>> browseAnswers;
   std::vector<std::uint64_t> freedItemLists;
@@ -107,6 +108,7 @@ class FakePlatform : public Platform {
   OsVersion GetVersionExA(std::uint32_t size) override;
   std::uint32_t GetTickCount() override { return tickCount; }
   LocalTime Now() override { return now; }
+  std::string LogicalDriveLetters() override;
   std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
                              const std::string& parameters, const std::string& directory, int show) override;
   std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;

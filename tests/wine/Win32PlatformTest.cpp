@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <cstring>
+
 #include "platform/Runtime.h"
 #include "platform/win32/Win32Platform.h"
 
@@ -24,6 +27,19 @@ TEST(Win32Platform, WindowsDirectoryComesWithItsLength) {
   EXPECT_STRCASEEQ(dir.c_str(), "C:\\windows");
   std::string small;
   EXPECT_GT(p.GetWindowsDirectoryA(&small, 4), 4u);  // too small: the size needed
+}
+
+TEST(Win32Platform, DriveLettersAreThoseThePrefixMaps) {
+  Win32Platform p;
+  // The drive strings list the same drives, one "X:\\" root each.
+  char roots[512] = {};
+  DWORD n = GetLogicalDriveStringsA(sizeof roots, roots);
+  std::string expected;
+  for (const char* r = roots; r < roots + n && *r; r += strlen(r) + 1) expected += static_cast<char>(toupper(*r));
+  EXPECT_EQ(p.LogicalDriveLetters(), expected);
+  // A new prefix maps C: to drive_c and Z: to the root of the Unix side.
+  EXPECT_NE(expected.find('C'), std::string::npos);
+  EXPECT_NE(expected.find('Z'), std::string::npos);
 }
 
 TEST(Win32Platform, VersionRecordOfSize148IsFilled) {

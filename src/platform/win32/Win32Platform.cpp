@@ -212,6 +212,14 @@ LocalTime Win32Platform::Now() {
   return {t.wYear, t.wMonth, t.wDay, t.wHour, t.wMinute, t.wSecond};
 }
 
+std::string Win32Platform::LogicalDriveLetters() {
+  DWORD mask = ::GetLogicalDrives();
+  std::string letters;
+  for (int i = 0; i < 26; ++i)
+    if (mask & (1u << i)) letters += static_cast<char>('A' + i);
+  return letters;
+}
+
 std::int64_t Win32Platform::ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
                                           const std::string& parameters, const std::string& directory, int show) {
   return reinterpret_cast<INT_PTR>(::ShellExecuteA(ToHwnd(owner), ToAnsi(verb).c_str(), ToAnsi(file).c_str(),

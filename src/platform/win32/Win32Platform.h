@@ -40,6 +40,7 @@ class Win32Platform : public Platform {
   OsVersion GetVersionExA(std::uint32_t size) override;
   std::uint32_t GetTickCount() override;
   LocalTime Now() override;
+  std::string LogicalDriveLetters() override;
   std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
                              const std::string& parameters, const std::string& directory, int show) override;
   std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;
