@@ -52,8 +52,8 @@ std::string Summary(const std::array<int, 6>& counts, bool onlyPresent) {
   std::string s = "  => " + std::to_string(total) + " lignes : ";
   for (std::size_t i = 0; i < 5; ++i) {
     s += (i ? ", " : "") + StateWord(kStates[i]) + " " + std::to_string(counts[i]);
+    if (kStates[i] == State::KeyMissing && counts[i]) s += " (lignes que le programme perdrait en silence)";
   }
-  if (counts[3]) s += " (lignes que le programme perdrait en silence)";
   return s + "\r\n";
 }
 

@@ -333,8 +333,8 @@ TEST(EtatReport, OneLineAPlaceWithStateWhereWhatItWouldWriteAndWhatStandsThenASu
             "  absent        HKCU\\Control Panel\\Desktop \"SmoothScroll\" | écrirait 0 (REG_DWORD) | a (aucune valeur)\r\n"
             "  clé manquante HKLM\\SOFTWARE\\Microsoft\\Dfrg\\BootOptimizeFunction \"Enable\" | écrirait 12 (REG_DWORD) | a (pas de clé)\r\n"
             "  différent     system.ini [386Enh] MaxBps | écrirait \"65530\" | a \"1200\"\r\n"
-            "  => 5 lignes : déjà ainsi 1, différent 2, absent 1, clé manquante 1, accès refusé 0"
-            " (lignes que le programme perdrait en silence)\r\n"
+            "  => 5 lignes : déjà ainsi 1, différent 2, absent 1, clé manquante 1"
+            " (lignes que le programme perdrait en silence), accès refusé 0\r\n"
             "\r\n");
 }
 
