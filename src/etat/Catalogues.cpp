@@ -68,10 +68,11 @@ Catalogue Internet(const std::string& title, bool lan, bool modem, bool adsl, co
 
 // The page writes each row for the current user as a number: 1 for a ticked box, 0 for the rest.
 Catalogue Protection() {
-  Catalogue c{"Protection : restrictions de l'utilisateur", {}, {}, {}, false};
+  Catalogue c{"Protection : restrictions de l'utilisateur", "Chaque valeur : 1 si sa case est cochée, sinon 0.", {}, {},
+              false};
   for (const ProtectionPage::Row& row : ProtectionPage::kRows)
     c.registry.push_back({hive::CurrentUser, row.keyPath, row.valueName, regtype::Dword,
-                          {RegValue(std::int32_t{1}), RegValue(std::int32_t{0})}, "1 si la case est cochée, sinon 0"});
+                          {RegValue(std::int32_t{1}), RegValue(std::int32_t{0})}, {}});
   return c;
 }
 

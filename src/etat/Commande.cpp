@@ -11,8 +11,11 @@ namespace tamrix::etat {
 
 const char* const kUsage =
     "Utilisation :\r\n"
-    "  tamrix-etat.exe [etat] [--json]          ce que chaque catalogue changerait sur cette machine\r\n"
-    "  tamrix-etat.exe sauvegarde FICHIER.reg   une sauvegarde des valeurs actuelles, à remettre par reg import\r\n";
+    "  tamrix-etat.exe [etat] [--json]\r\n"
+    "      ce que chaque catalogue changerait sur cette machine\r\n"
+    "  tamrix-etat.exe sauvegarde FICHIER.reg\r\n"
+    "      les valeurs actuelles dans FICHIER.reg (à remettre par reg import)\r\n"
+    "      et une copie de system.ini dans FICHIER.system.ini\r\n";
 
 void UseStandardFiles(Io& io) {
   io.readFile = [](const std::string& path) -> std::optional<std::string> {
