@@ -114,6 +114,10 @@ int Backup(const std::string& regPath, Platform& p, const Io& io) {
 }  // namespace
 
 int Run(const std::vector<std::string>& args, Platform& p, const Io& io) {
+  if (args.size() == 1 && (args[0] == "/?" || args[0] == "aide" || args[0] == "--aide")) {
+    io.out(kUsage);
+    return kOk;
+  }
   if (!args.empty() && args[0] == "sauvegarde") {
     if (args.size() < 2 || args[1].empty()) return Bad(io, "il manque le nom du fichier de sauvegarde.");
     if (args.size() > 2) return Bad(io, "un seul fichier de sauvegarde, pas \"" + io.fromAnsi(args[2]) + "\".");

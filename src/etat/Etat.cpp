@@ -40,9 +40,13 @@ Finding Inspect(Platform& p, const RegistryPlace& place) {
     f.atKey = true;
     return f;
   }
-  std::uint32_t size = 0;
-  s = p.RegQueryValueExA(key, place.valueName, &f.type, nullptr, &size);
-  if (s == status::Success) s = p.RegQueryValueExA(key, place.valueName, &f.type, &f.data, &size);
+  // A value that grows between the two queries is asked for again with its new size.
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    std::uint32_t size = 0;
+    s = p.RegQueryValueExA(key, place.valueName, &f.type, nullptr, &size);
+    if (s == status::Success) s = p.RegQueryValueExA(key, place.valueName, &f.type, &f.data, &size);
+    if (s != status::MoreData) break;
+  }
   p.RegCloseKey(key);
   if (s != status::Success) {
     f.state = s == status::FileNotFound ? State::Absent : State::Denied;

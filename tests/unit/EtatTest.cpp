@@ -215,6 +215,38 @@ TEST(EtatPlace, TheSameNumberStoredAsTextIsDifferent) {
   EXPECT_EQ(Inspect(m, DwordPlace(CU, kDesktop, "SmoothScroll", 0)).state, State::Different);
 }
 
+TEST(EtatPlace, AnExpandableTextWhereTheProgramWritesATextIsDifferentAndShownWithItsType) {
+  FakePlatform m;
+  m.SetValue(CU, kDesktop, "MenuShowDelay", regtype::ExpandSz, std::string("0\0", 2));
+  Finding f = Inspect(m, SzPlace(CU, kDesktop, "MenuShowDelay", "0"));
+  EXPECT_EQ(f.state, State::Different);
+  EXPECT_EQ(Describe(f.type, f.data), "\"0\" (REG_EXPAND_SZ)");
+}
+
+// A value that another program makes longer between the size query and the data query.
+class GrowingFake : public FakePlatform {
+ public:
+  int grown = 0;
+  long RegQueryValueExA(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
+                        std::uint32_t* size) override {
+    if (data && grown == 0) {
+      ++grown;
+      SetValue(CU, kDesktop, valueName, regtype::Sz, std::string("1000\0", 5));
+      return status::MoreData;
+    }
+    return FakePlatform::RegQueryValueExA(key, valueName, type, data, size);
+  }
+};
+
+TEST(EtatPlace, AValueThatGrowsBetweenTheTwoQueriesIsReadAgain) {
+  GrowingFake m;
+  m.SetValue(CU, kDesktop, "HungAppTimeOut", regtype::Sz, std::string("5\0", 2));
+  Finding f = Inspect(m, SzPlace(CU, kDesktop, "HungAppTimeOut", "1000"));
+  EXPECT_EQ(m.grown, 1);
+  EXPECT_EQ(f.state, State::AlreadySo);
+  EXPECT_EQ(m.OpenHandles(), 0u);
+}
+
 TEST(EtatPlace, AValueMissingFromAnExistingKeyIsAbsent) {
   FakePlatform m;
   m.CreateKey(CU, kDesktop);
@@ -589,6 +621,14 @@ TEST(EtatCommand, AnUnknownCommandGetsAFrenchSentenceAndCode2) {
   c.err.clear();
   EXPECT_EQ(etat::Run({"--json", "--json"}, m, c.io), kBadInput);
   EXPECT_EQ(etat::Run({"--json", "etat"}, m, c.io), kBadInput);
+}
+
+TEST(EtatCommand, AskingForHelpPrintsTheUsageAndSucceeds) {
+  FakePlatform m;
+  Console c(m);
+  EXPECT_EQ(etat::Run({"/?"}, m, c.io), kOk);
+  EXPECT_EQ(c.out, kUsage);
+  EXPECT_TRUE(m.calls.empty()) << "nothing is read for the usage";
 }
 
 TEST(EtatCommand, ABackupWithoutAFileNameGetsAFrenchSentenceAndCode2) {
