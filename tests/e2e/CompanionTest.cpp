@@ -122,6 +122,12 @@ void SetDword(HKEY hive, const std::string& path, const std::string& name, DWORD
   RegSetValueExA(k, name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&n), 4);
   RegCloseKey(k);
 }
+void SetRaw(HKEY hive, const std::string& path, const std::string& name, DWORD type, const std::string& bytes) {
+  HKEY k;
+  ASSERT_EQ(RegOpenKeyExA(hive, path.c_str(), 0, KEY_SET_VALUE, &k), ERROR_SUCCESS) << path;
+  RegSetValueExA(k, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()));
+  RegCloseKey(k);
+}
 void Clear(HKEY hive, const std::string& path, const std::string& name) {
   HKEY k;
   if (RegOpenKeyExA(hive, path.c_str(), 0, KEY_SET_VALUE, &k) != ERROR_SUCCESS) return;
@@ -152,6 +158,8 @@ class CompanionOnWine : public ::testing::Test {
       {CU, kDesktop, "MenuShowDelay"},
       {CU, kDesktop, "AutoEndTasks"},
       {CU, kDesktop, "WaitToKillAppTimeout"},
+      {CU, kDesktop, "MinAnimate"},
+      {CU, kDesktop, "HungAppTimeOut"},
       {LM, kUpdate, "UpDateMode"},
       {CU, kInet, "MaxConnectionsPerServer"},
       {CU, kInet, "MaxConnectionsPer1_0Server"},
@@ -161,6 +169,7 @@ class CompanionOnWine : public ::testing::Test {
       {CU, kExplorer, "NoDesktop"},
       {CU, kExplorer, "Norun"},
       {CU, kExplorer, "Nofind"},
+      {CU, kExplorer, "NoFavoritesMenu"},
       {CU, kRestrictRun, "EnforceShellExtensionSecurity"},
   }};
   FileGuard systemIni{WindowsDirectory() + "\\system.ini"};
@@ -177,6 +186,12 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   SetSz(CU, kDesktop, "MenuShowDelay", "400");
   SetSz(CU, kDesktop, "AutoEndTasks", "0");
   Clear(CU, kDesktop, "WaitToKillAppTimeout");
+  // Values the backup carries in hex() lines: a text stored without its terminator, as the
+  // program itself stores texts (Wine's ANSI functions give it out with one), an expandable text
+  // with letters of the ANSI code page, and bytes.
+  SetRaw(CU, kDesktop, "MinAnimate", REG_SZ, "1");
+  SetRaw(CU, kDesktop, "HungAppTimeOut", REG_EXPAND_SZ, std::string("%SystemRoot%\\d\xe9j\xe0", 17));
+  SetRaw(CU, kExplorer, "NoFavoritesMenu", REG_BINARY, std::string("\x01\x00\xff", 3));
   SetDword(LM, kUpdate, "UpDateMode", 3);
   SetDword(CU, kInet, "MaxConnectionsPerServer", 2);
   Clear(CU, kInet, "MaxConnectionsPer1_0Server");
@@ -191,6 +206,10 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   WriteWholeFile(systemIni.path(), "[boot]\r\nshell=Explorer.exe\r\n[386Enh]\r\nMaxBps=1200\r\n");
   DeleteFileA(config.path().c_str());
   Machine before = Take();
+  const std::vector<Place> rawPlaces = {
+      {CU, kDesktop, "MinAnimate"}, {CU, kDesktop, "HungAppTimeOut"}, {CU, kExplorer, "NoFavoritesMenu"}};
+  std::vector<std::optional<StoredValue>> rawBefore;
+  for (const Place& p : rawPlaces) rawBefore.push_back(ReadValue(p.hive, p.path, p.name));
 
   Output etatBefore = RunEtat("--json");
   ASSERT_EQ(etatBefore.code, 0u) << etatBefore.err;
@@ -206,7 +225,7 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   std::string reg = ReadWholeFile(backup).value_or("");
   EXPECT_EQ(reg.rfind("REGEDIT4\r\n", 0), 0u);
   EXPECT_NE(reg.find("[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer]\r\n"
-                     "\"Nofind\"=-\r\n\"Norun\"=dword:00000001\r\n\"NoFavoritesMenu\"=-\r\n"),
+                     "\"Nofind\"=-\r\n\"Norun\"=dword:00000001\r\n\"NoFavoritesMenu\"=hex:01,00,ff\r\n"),
             std::string::npos)
       << reg;
   EXPECT_NE(reg.find("\"NoDesktop\"=\"1\"\r\n"), std::string::npos);
@@ -290,6 +309,13 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   auto machine = Changes(before.machine, restored.machine);
   EXPECT_TRUE(machine.empty()) << machine.begin()->first << " " << machine.begin()->second;
   EXPECT_EQ(restored.systemIni, before.systemIni);
+  // The three values only hex() lines carry, byte for byte as the registry gives them out.
+  for (std::size_t i = 0; i < rawPlaces.size(); ++i) {
+    auto now = ReadValue(rawPlaces[i].hive, rawPlaces[i].path, rawPlaces[i].name);
+    ASSERT_TRUE(now && rawBefore[i]) << rawPlaces[i].name;
+    EXPECT_EQ(now->type, rawBefore[i]->type) << rawPlaces[i].name;
+    EXPECT_EQ(now->bytes, rawBefore[i]->bytes) << rawPlaces[i].name;
+  }
   EXPECT_EQ(RunEtat("--json").out, etatBefore.out) << "the companion sees the machine as before";
 }
 
