@@ -194,8 +194,8 @@ wine_suite wine-platform wine_tests wine-platform.xml
 
 rm -rf "$shots"
 mkdir -p "$shots"
-if ((wine_ready)) && [[ -f build/win64/build.ninja ]] && ! ninja -C build/win64 tamrix >"$results/tamrix.ninja.log" 2>&1; then
-  note e2e 0 1 0 0 "not run: tamrix.exe does not build (errors above)"
+if ((wine_ready)) && [[ -f build/win64/build.ninja ]] && ! ninja -C build/win64 tamrix tamrix-etat >"$results/tamrix.ninja.log" 2>&1; then
+  note e2e 0 1 0 0 "not run: tamrix.exe or tamrix-etat.exe does not build (errors above)"
 else
   rm -f "$results/tamrix.ninja.log"
   TAMRIX_EXE=$(winpath "$root/build/win64/tamrix.exe")

@@ -1,0 +1,23 @@
+// The report of the command "etat": one line a place, a summary line a catalogue, as text for
+// people or as JSON for scripts. Both are UTF-8 here; the console program turns them into what
+// the console shows.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "etat/Etat.h"
+
+namespace tamrix::etat {
+
+// The French word of a state, as the report prints it.
+std::string StateWord(State s);
+// Its name in the JSON report: plain ASCII, for scripts.
+std::string StateCode(State s);
+
+std::string TextReport(const std::vector<CatalogueState>& states);
+// ASCII only: every other character is written as \uXXXX, so the report reads the same in
+// every code page.
+std::string JsonReport(const std::vector<CatalogueState>& states);
+
+}  // namespace tamrix::etat
