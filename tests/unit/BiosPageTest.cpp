@@ -359,3 +359,19 @@ TEST(BiosPage, AMissingPropertyEndsTheReportWithError438AndNoReportWritten) {
 
 }  // namespace
 }  // namespace tamrix
+
+namespace tamrix {
+namespace {
+
+TEST(BiosPage, AFailingQueryShowsTheAutomationErrorWithItsCodeInHex) {
+  fake::FakePlatform p;
+  Form1 form(p);
+  form.Load();
+  p.wmiQueryFails = true;
+  EXPECT_FALSE(RunHandler(p, [&] { form.biosPage.TamrixCmd9.Click(); }));
+  ASSERT_EQ(p.boxes.size(), 1u);
+  EXPECT_EQ(p.boxes[0].text, "Run-time error '-2147217385 (80041017)':\r\rAutomation error");
+}
+
+}  // namespace
+}  // namespace tamrix
