@@ -316,7 +316,7 @@ class DriveListBox : public ListBase {
   bool quiet_ = false;
 };
 
-// The drive facts (DrvFact of "DrvFacts.ocx"), invisible at run time: given a drive, it answers
+// The drive facts (DrvFacts.DrvFact, of "DrvFacts.ocx"), invisible at run time: given a drive, it answers
 // for it, reading the machine afresh on each question. It takes the drive's letter from the
 // text it is given, so the drive list's "c: [SYSTEME]" will do. Sizes are in megabytes of
 // 1024 by 1024 bytes, to the thousandth, which is the scale of the design values 5807.464 and

@@ -71,17 +71,17 @@ CpuPage::CpuPage(Control& testLab, Platform& platform)
 
 namespace {
 
-constexpr std::uint32_t kHighPriorityClass = 128;
+constexpr std::uint32_t HIGH_PRIORITY_CLASS = 128;
 // clang-format off
 constexpr const char* kWarning = "Le test va durer 15 secondes, ne touchez pas au clavier ni à la souris et fermez les programmes en cours d'exécution.";
 // clang-format on
 constexpr std::int32_t kSettlingMs = 2000;
 constexpr std::int32_t kMeasuringMs = 13000;
 
-// The expression of one pass. Its numbers are read from volatile storage on every pass, and its
-// result stored there, so that the compiler can neither fold it, nor hoist it out of the loop,
-// nor drop it: each pass calls the cosine, the power and the logarithm, as the score's scale
-// expects.
+// The expression of one pass: the natural logarithm of Cos(45.68) + 3478 ^ 3.59 / 4.12. Its
+// numbers are read from volatile storage on every pass, and its result stored there, so that
+// the compiler can neither fold it, nor hoist it out of the loop, nor drop it: each pass calls
+// the cosine, the power and the logarithm, as the score's scale expects.
 volatile double gAngle = 45.68;  // radians
 volatile double gBase = 3478;
 volatile double gExponent = 3.59;
@@ -121,7 +121,7 @@ std::int64_t ScoreOf(const PassCounter& passes) {
 }
 
 void CpuPage::PrepareOpening() {
-  p_.SetPriorityClass(p_.GetCurrentProcess(), kHighPriorityClass);  // never lowered again
+  p_.SetPriorityClass(p_.GetCurrentProcess(), HIGH_PRIORITY_CLASS);  // never lowered again
   p_.InitCommonControls();
 }
 
