@@ -44,7 +44,7 @@ Form1::Form1(Platform& platform)
       windowsPage(*this, platform, Timer4),
       internetPage(*this, platform, Timer3),
       Frame3(this, {.name = "Frame3", .caption = "Information  Système", .rect = {240, 1440, 7455, 3975}}),
-      biosPage(Frame3, platform),
+      biosPage(Frame3, platform, BiosCharacteristics),
       infoWindows(Frame3, platform),
       infoPc(Frame3, platform),
       drivesPage(Frame3, platform),
@@ -149,6 +149,7 @@ void Form1::WireNavigation() {
     ShowPages({{&pc, H}, {&fwindows, H}, {&disque, H}, {&FrmBios, H}, {&FrmCpu, H}, {&Frmson, S}});
   };
   TamrixCmd4.OnClick = [this] {
+    cpuPage.PrepareOpening();  // the priority and the common controls come before the switch
     ShowPages({{&FrmBios, H}, {&pc, H}, {&fwindows, H}, {&disque, H}, {&FrmCpu, S}, {&Frmson, H}});
     cpuPage.FillProcessorLabels();
   };
@@ -176,8 +177,10 @@ void Form1::FormLoad() {
   Frame3.SetVisible(false);
   Frame2.SetVisible(false);
 
-  // The BIOS characteristics table, the mixer slice and the drive lists join the load here, in
-  // that order, with the pages that show them.
+  for (std::size_t i = 0; i < BiosCharacteristics.size(); ++i) BiosCharacteristics[i] = kBiosCharacteristicTexts[i];
+
+  // The mixer slice and the drive lists join the load here, in that order, with the pages that
+  // show them.
 }
 
 void Form1::DragWindow(int button) {

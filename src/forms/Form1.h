@@ -29,6 +29,8 @@ class Form1 : public Form {
   Platform& p_;
 
  public:
+  BiosCharacteristicsTable BiosCharacteristics;  // filled by the load, read by the BIOS page
+
   // Controls, front to back.
   Image Image7;
   Image Minimised;

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/Wmi.h"
+
 namespace tamrix {
 
 // A registry key handle. Hives are the classic 32-bit constants; 0 is "no key".
@@ -143,6 +145,27 @@ class Platform {
   // Drives. The letters of the drives that exist now, in alphabetical order ("ACDZ"): what the
   // file-system object's drive collection and the drive list box both walk.
   virtual std::string LogicalDriveLetters() = 0;
+
+  // Hardware: drives, WMI, priority, common controls, event pump.
+  // A drive's root is "C:\\". Volume and free-space reads fail (false) on a drive without a medium.
+  virtual bool GetVolumeInformationA(const std::string& root, std::string* volumeName, std::uint32_t* serialNumber,
+                                     std::string* fileSystem) = 0;
+  virtual bool GetDiskFreeSpaceExA(const std::string& root, std::uint64_t* freeToCaller, std::uint64_t* totalBytes,
+                                   std::uint64_t* totalFree) = 0;
+  // 0 unknown, 1 no such root, 2 removable, 3 fixed, 4 remote, 5 CD-ROM, 6 RAM disk.
+  virtual std::uint32_t GetDriveTypeA(const std::string& root) = 0;
+  virtual std::string GetCurrentDirectoryA() = 0;
+  // Binds a WMI moniker such as "winmgmts:"; a moniker that can't be bound raises a run-time error.
+  virtual std::shared_ptr<WmiService> WmiGetObject(const std::string& moniker) = 0;
+  virtual std::uint64_t GetCurrentProcess() = 0;
+  virtual bool SetPriorityClass(std::uint64_t process, std::uint32_t priorityClass) = 0;
+  virtual void InitCommonControls() = 0;
+  // Lets the window events that are waiting run, then comes back.
+  virtual void DoEvents() = 0;
+  // The regional full month name, month 1 to 12 ("mars" on a French system).
+  virtual std::string MonthName(int month) = 0;
+  // The regional order of a short date: 0 month-day-year, 1 day-month-year, 2 year-month-day.
+  virtual int ShortDateOrder() = 0;
 
   // Shell.
   virtual std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,

@@ -124,6 +124,7 @@ std::string IntToText(std::int64_t n) { return std::to_string(n); }
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 namespace tamrix::rt {
 
@@ -255,6 +256,129 @@ std::string FormatTime(const LocalTime& t, const std::string& pattern, char time
     i += run;
   }
   return out;
+}
+
+namespace {
+
+bool IsLeap(int y) { return (y % 4 == 0 && y % 100 != 0) || y % 400 == 0; }
+
+int DaysInMonth(int y, int m) {
+  static const int kDays[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+  return m == 2 && IsLeap(y) ? 29 : kDays[m - 1];
+}
+
+bool ValidDate(int y, int m, int d) { return y >= 100 && y <= 9999 && m >= 1 && m <= 12 && d >= 1 && d <= DaysInMonth(y, m); }
+
+struct Date {
+  int year, month, day;
+};
+
+// Days from 30 December 1899, the runtime's day 0, to a calendar date (the civil-from-days count).
+Date FromSerial(long long serial) {
+  long long z = serial - 25569 + 719468;  // day 25569 is 1 January 1970, 719468 days after 1 March 0000
+  long long era = (z >= 0 ? z : z - 146096) / 146097;
+  long long doe = z - era * 146097;
+  long long yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
+  long long y = yoe + era * 400;
+  long long doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
+  long long mp = (5 * doy + 2) / 153;
+  long long d = doy - (153 * mp + 2) / 5 + 1;
+  long long m = mp < 10 ? mp + 3 : mp - 9;
+  return {static_cast<int>(y + (m <= 2)), static_cast<int>(m), static_cast<int>(d)};
+}
+
+bool ReadDate(const std::string& text, Platform& p, Date* out) {
+  // A number first: the runtime takes it as a day count.
+  try {
+    double serial = TextToDouble(text, p.DecimalSign());
+    if (serial < -657434.0 || serial >= 2958466.0) return false;
+    *out = FromSerial(static_cast<long long>(std::floor(serial)));
+    return true;
+  } catch (const RuntimeError&) {
+  }
+  std::vector<std::string> parts;
+  std::string part;
+  for (char c : text) {
+    if (c >= '0' && c <= '9') {
+      part += c;
+    } else if (c == '/' || c == '-' || c == '.' || c == ' ') {
+      if (!part.empty()) parts.push_back(part);
+      part.clear();
+    } else {
+      return false;
+    }
+  }
+  if (!part.empty()) parts.push_back(part);
+  if (parts.size() != 3) return false;
+  int a = std::atoi(parts[0].c_str()), b = std::atoi(parts[1].c_str()), c = std::atoi(parts[2].c_str());
+  auto year = [](const std::string& digits, int v) { return digits.size() <= 2 ? (v < 30 ? 2000 + v : 1900 + v) : v; };
+  if (parts[0].size() >= 3) {  // a year first
+    if (!ValidDate(a, b, c)) return false;
+    *out = {a, b, c};
+    return true;
+  }
+  int y = year(parts[2], c);
+  bool dayFirst = p.ShortDateOrder() == 1;
+  for (int attempt = 0; attempt < 2; ++attempt, dayFirst = !dayFirst) {
+    int d = dayFirst ? a : b, m = dayFirst ? b : a;
+    if (ValidDate(y, m, d)) {
+      *out = {y, m, d};
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string FormatDateText(const std::string& text, const std::string& pattern, Platform& p) {
+  Date date;
+  if (!ReadDate(text, p, &date)) return text;
+  auto pad = [](int v, std::size_t width) {
+    std::string s = std::to_string(v);
+    while (s.size() < width) s.insert(0, 1, '0');
+    return s;
+  };
+  std::string out;
+  for (std::size_t i = 0; i < pattern.size();) {
+    char c = static_cast<char>(std::tolower(static_cast<unsigned char>(pattern[i])));
+    std::size_t run = 1;
+    while (i + run < pattern.size() && std::tolower(static_cast<unsigned char>(pattern[i + run])) == c) ++run;
+    if (c == 'd' && run <= 2) {
+      out += pad(date.day, run);
+    } else if (c == 'm') {
+      if (run <= 2) {
+        out += pad(date.month, run);
+      } else {
+        std::string name = p.MonthName(date.month);
+        out += run == 3 ? name.substr(0, std::min<std::size_t>(3, name.size())) : name;
+      }
+    } else if (c == 'y' && (run == 2 || run == 4)) {
+      out += run == 2 ? pad(date.year % 100, 2) : pad(date.year, 4);
+    } else {
+      out.append(pattern, i, run);
+    }
+    i += run;
+  }
+  return out;
+}
+
+std::string JoinText(const WmiValue& v, Platform& p) {
+  switch (v.type) {
+    case WmiValue::Type::Empty:
+    case WmiValue::Type::Null: return "";
+    case WmiValue::Type::Boolean: return p.BooleanText(v.boolean);
+    case WmiValue::Type::Integer: return IntToText(v.integer);
+    case WmiValue::Type::Double: return DoubleToText(v.number, p.DecimalSign());
+    case WmiValue::Type::Text: return v.text;
+    case WmiValue::Type::Array: break;
+  }
+  throw TypeMismatch();
+}
+
+std::int32_t UBound(const WmiValue& v) {
+  if (v.type != WmiValue::Type::Array) throw TypeMismatch();
+  return static_cast<std::int32_t>(v.items.size()) - 1;
 }
 
 }  // namespace tamrix::rt

@@ -92,4 +92,20 @@ std::string DoubleToText(double x, char decimalSign);
 // the regional time separator. Any other character is copied as it stands.
 std::string FormatTime(const LocalTime& t, const std::string& pattern, char timeSeparator);
 
+// Format(text, date pattern): a text that reads as a date, or as a number (a day count from
+// 30 December 1899), is formatted by the pattern's letters, in either case: "d"/"dd" the day,
+// "m"/"mm" the month's number, "mmm" the start of its name and "mmmm" its whole regional name,
+// "yy"/"yyyy" the year; any other character is copied. A date text is three numbers split by
+// "/", "-", "." or blanks, read in the regional order first, then in the other order of day and
+// month; a two-digit year below 30 is in the 2000s. Any other text comes back unchanged.
+std::string FormatDateText(const std::string& text, const std::string& pattern, Platform& p);
+
+// A WMI value joined to a text: Null and Empty give nothing, a Boolean the system's word, a
+// number its digits (a double with the regional decimal sign), a text itself. An array can't
+// be joined: fault 13.
+std::string JoinText(const WmiValue& v, Platform& p);
+
+// UBound of a WMI value: the array's upper bound; anything else is fault 13.
+std::int32_t UBound(const WmiValue& v);
+
 }  // namespace tamrix::rt

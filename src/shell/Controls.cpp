@@ -1,7 +1,9 @@
 #include "shell/Controls.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
+#include <cstdio>
 
 #include "platform/Runtime.h"
 
@@ -172,8 +174,120 @@ void ListBase::SetListIndex(int index) {
   if (index == listIndex_) return;
   listIndex_ = index;
   Changed();
-  Control::Click();
+  ChoiceChanged();
 }
+
+void Label::SetCaption(const std::string& caption) {
+  bool changed = caption != Caption();
+  Control::SetCaption(caption);
+  if (changed && OnChange) OnChange();
+}
+
+namespace {
+
+constexpr std::uint32_t kRemovable = 2;
+
+std::string RootOf(char letter) { return std::string(1, letter) + ":\\"; }
+
+}  // namespace
+
+void DriveListBox::Refresh() {
+  filled_ = true;
+  quiet_ = true;
+  Clear();
+  std::string current = p_.GetCurrentDirectoryA();
+  char currentLetter = current.empty() ? '\0' : static_cast<char>(std::toupper(static_cast<unsigned char>(current[0])));
+  int currentIndex = -1;
+  for (char letter : p_.LogicalDriveLetters()) {
+    std::string entry = std::string(1, static_cast<char>(std::tolower(static_cast<unsigned char>(letter)))) + ":";
+    std::string label, fileSystem;
+    std::uint32_t serial = 0;
+    if (p_.GetDriveTypeA(RootOf(letter)) != kRemovable && p_.GetVolumeInformationA(RootOf(letter), &label, &serial, &fileSystem) &&
+        !label.empty())
+      entry += " [" + label + "]";
+    if (letter == currentLetter) currentIndex = ListCount();
+    AddItem(entry);
+  }
+  if (currentIndex < 0 && ListCount() > 0) currentIndex = 0;
+  SetListIndex(currentIndex);
+  quiet_ = false;
+}
+
+std::string DriveListBox::Drive() {
+  if (!filled_) Refresh();
+  return Text();
+}
+
+void DriveListBox::SetDrive(const std::string& drive) {
+  if (!filled_) Refresh();
+  char letter = drive.empty() ? '\0' : static_cast<char>(std::tolower(static_cast<unsigned char>(drive[0])));
+  for (int i = 0; i < ListCount(); ++i) {
+    if (List(i)[0] == letter) {
+      SetListIndex(i);
+      return;
+    }
+  }
+  throw RuntimeError(68, "Device unavailable");
+}
+
+void DriveListBox::ChoiceChanged() {
+  if (!quiet_ && OnChange) OnChange();
+}
+
+DrvFact::DrvFact(Control* parent, Design d, Platform& platform)
+    : Control(parent, Kind::DrvFact, std::move(d)), p_(platform) {}
+
+std::string DrvFact::Root() const {
+  for (char c : drive_)
+    if (std::isalpha(static_cast<unsigned char>(c))) return RootOf(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
+  return drive_;
+}
+
+void DrvFact::ReadVolume(std::string* name, std::uint32_t* serial, std::string* fileSystem) {
+  if (!p_.GetVolumeInformationA(Root(), name, serial, fileSystem)) throw RuntimeError(68, "Device unavailable");
+}
+
+std::string DrvFact::volumename() {
+  std::string name, fileSystem;
+  std::uint32_t serial = 0;
+  ReadVolume(&name, &serial, &fileSystem);
+  return name;
+}
+
+std::string DrvFact::filesystem() {
+  std::string name, fileSystem;
+  std::uint32_t serial = 0;
+  ReadVolume(&name, &serial, &fileSystem);
+  return fileSystem;
+}
+
+std::string DrvFact::serialnumber() {
+  std::string name, fileSystem;
+  std::uint32_t serial = 0;
+  ReadVolume(&name, &serial, &fileSystem);
+  char buf[16];
+  std::snprintf(buf, sizeof buf, "%04X-%04X", static_cast<unsigned>(serial >> 16), static_cast<unsigned>(serial & 0xFFFF));
+  return buf;
+}
+
+namespace {
+
+double Megabytes(std::uint64_t bytes) { return std::round(static_cast<double>(bytes) / 1048576.0 * 1000.0) / 1000.0; }
+
+}  // namespace
+
+double DrvFact::totalsize() {
+  std::uint64_t caller = 0, total = 0, free = 0;
+  return p_.GetDiskFreeSpaceExA(Root(), &caller, &total, &free) ? Megabytes(total) : 0.0;
+}
+
+// The free space is the caller's share, what a user can still write.
+double DrvFact::freesize() {
+  std::uint64_t caller = 0, total = 0, free = 0;
+  return p_.GetDiskFreeSpaceExA(Root(), &caller, &total, &free) ? Megabytes(caller) : 0.0;
+}
+
+std::int32_t DrvFact::drivetype() { return static_cast<std::int32_t>(p_.GetDriveTypeA(Root())); }
 
 void VScrollBar::SetMin(int v) {
   min_ = v;

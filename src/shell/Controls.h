@@ -1,6 +1,6 @@
 // The control set as plain objects. The skin's five classes (TamrixCmd, TamrixCB, TamrixPBar,
 // TamrixFrm, TamrixOpButton) honour what the program asks of the controls of "Tamrix Veneer.ocx",
-// and the drive facts will honour DrvFact of "DrvFacts.ocx"; their painting is our own. A control holds its design properties and its run-time
+// and DrvFact what it asks of "DrvFacts.ocx"; their painting is our own. A control holds its design properties and its run-time
 // state, and the handlers of its events. When the program runs for real each control has a peer,
 // the window that shell/win32 made for it and keeps in step; in the tests a control has no peer,
 // and a test clicks it and reads it directly.
@@ -10,6 +10,8 @@
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "platform/Platform.h"
 
 namespace tamrix {
 
@@ -40,7 +42,7 @@ struct FontSpec {
 
 enum class Kind {
   Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, OptionButton, TamrixPBar, Timer,
-  TextBox, ListBox, ComboBox, DriveListBox, VScrollBar, PictureBox
+  TextBox, ListBox, ComboBox, DriveListBox, VScrollBar, PictureBox, DrvFact
 };
 
 // The design line of one control: what the window's design stores for it.
@@ -147,6 +149,9 @@ class Frame : public Control {
 class Label : public Control {
  public:
   Label(Control* parent, Design d) : Control(parent, Kind::Label, std::move(d)) {}
+  // Sets the caption; a caption that differs from the one before raises the change event.
+  void SetCaption(const std::string& caption);
+  std::function<void()> OnChange;
 };
 
 class Image : public Control {
@@ -264,6 +269,8 @@ class ListBase : public Control {
 
  protected:
   ListBase(Control* parent, Kind kind, Design d) : Control(parent, kind, std::move(d)) {}
+  // A new choice: the list and the drop-down list raise their click event.
+  virtual void ChoiceChanged() { Control::Click(); }
 
  private:
   std::vector<std::string> items_;
@@ -281,12 +288,57 @@ class ComboBox : public ListBase {
   ComboBox(Control* parent, Design d) : ListBase(parent, Kind::ComboBox, std::move(d)) {}
 };
 
-// The drive list: a drop-down list of the machine's drives; Drive is the chosen entry's text,
-// a letter with the volume's label.
+// The drive list: a drop-down list of the machine's drives, as the classic drive list box shows
+// them: the small letter, a colon, and the volume's label in brackets where there is one
+// ("c: [SYSTEME]"). A removable drive's label isn't read, so that a floppy isn't spun up. The
+// list is read from the machine when its window is made, or at the first question asked of it,
+// and starts on the current drive. Drive is the chosen entry's text; a new choice raises the
+// change event, the same one chosen again raises nothing.
 class DriveListBox : public ListBase {
  public:
-  DriveListBox(Control* parent, Design d) : ListBase(parent, Kind::DriveListBox, std::move(d)) {}
-  std::string Drive() const { return Text(); }
+  DriveListBox(Control* parent, Design d, Platform& platform)
+      : ListBase(parent, Kind::DriveListBox, std::move(d)), p_(platform) {}
+  // Reads the drives again and chooses the current drive, without a change event.
+  void Refresh();
+  bool Filled() const { return filled_; }
+  std::string Drive();
+  // Chooses the entry of the drive that the text names by its first letter; a drive that isn't
+  // in the list is run-time error 68.
+  void SetDrive(const std::string& drive);
+  std::function<void()> OnChange;
+
+ protected:
+  void ChoiceChanged() override;
+
+ private:
+  Platform& p_;
+  bool filled_ = false;
+  bool quiet_ = false;
+};
+
+// The drive facts (DrvFacts.DrvFact, of "DrvFacts.ocx"), invisible at run time: given a drive, it answers
+// for it, reading the machine afresh on each question. It takes the drive's letter from the
+// text it is given, so the drive list's "c: [SYSTEME]" will do. Sizes are in megabytes of
+// 1024 by 1024 bytes, to the thousandth, which is the scale of the design values 5807.464 and
+// 1249.208. A drive whose volume can't be read (a CD drive without its disc) has sizes of 0;
+// its texts can't be read: run-time error 68.
+class DrvFact : public Control {
+ public:
+  DrvFact(Control* parent, Design d, Platform& platform);
+  const std::string& drive() const { return drive_; }
+  void setDrive(const std::string& drive) { drive_ = drive; }
+  std::string volumename();
+  std::string filesystem();
+  std::string serialnumber();  // as the system writes it: "1A2B-3C4D"
+  double totalsize();
+  double freesize();
+  std::int32_t drivetype();
+
+ private:
+  std::string Root() const;
+  void ReadVolume(std::string* name, std::uint32_t* serial, std::string* fileSystem);
+  Platform& p_;
+  std::string drive_;
 };
 
 class VScrollBar : public Control {

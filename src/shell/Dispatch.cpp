@@ -1,5 +1,6 @@
 #include "shell/Dispatch.h"
 
+#include <cstdio>
 #include <new>
 #include <string>
 
@@ -10,8 +11,14 @@ namespace tamrix {
 namespace {
 
 void ShowFault(Platform& p, int number, const std::string& description) {
-  p.MessageBoxA("Run-time error '" + std::to_string(number) + "':\r\r" + description, mb::Ok | mb::Critical,
-                rt::kAppTitle);
+  std::string shown = std::to_string(number);
+  // An automation error is numbered by its failure code, which the box also gives in hex.
+  if (number < 0) {
+    char hex[16];
+    std::snprintf(hex, sizeof hex, " (%08x)", static_cast<unsigned>(number));
+    shown += hex;
+  }
+  p.MessageBoxA("Run-time error '" + shown + "':\r\r" + description, mb::Ok | mb::Critical, rt::kAppTitle);
 }
 
 }  // namespace

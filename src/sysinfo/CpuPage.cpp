@@ -1,5 +1,9 @@
 #include "sysinfo/CpuPage.h"
 
+#include <cmath>
+
+#include "platform/Runtime.h"
+
 namespace tamrix {
 
 namespace {
@@ -60,8 +64,135 @@ CpuPage::CpuPage(Control& testLab, Platform& platform)
       iImage4(&FrmCpu, Symbol("iImage4", "score_grey4", 3, true)),
       rst(&FrmCpu, {.name = "rst", .rect = {4680, 1800, 2400, 255}, .backStyle = 0, .alignment = 2}),
       iLabel1(&FrmCpu, {.name = "iLabel1", .caption = "Indice", .rect = {4680, 2220, 2400, 480},
-                        .font = {"Verdana", 14.25, true}, .foreColor = 0x800000, .backStyle = 0, .alignment = 2}) {}
+                        .font = {"Verdana", 14.25, true}, .foreColor = 0x800000, .backStyle = 0, .alignment = 2}) {
+  Test.OnClick = [this] { RunTest(); };
+  iLabel1.OnChange = [this] { Classify(); };
+}
 
-void CpuPage::FillProcessorLabels() {}
+namespace {
+
+constexpr std::uint32_t HIGH_PRIORITY_CLASS = 128;
+// clang-format off
+constexpr const char* kWarning = "Le test va durer 15 secondes, ne touchez pas au clavier ni à la souris et fermez les programmes en cours d'exécution.";
+// clang-format on
+constexpr std::int32_t kSettlingMs = 2000;
+constexpr std::int32_t kMeasuringMs = 13000;
+
+// The expression of one pass: the natural logarithm of Cos(45.68) + 3478 ^ 3.59 / 4.12. Its
+// numbers are read from volatile storage on every pass, and its result stored there, so that
+// the compiler can neither fold it, nor hoist it out of the loop, nor drop it: each pass calls
+// the cosine, the power and the logarithm, as the score's scale expects.
+volatile double gAngle = 45.68;  // radians
+volatile double gBase = 3478;
+volatile double gExponent = 3.59;
+volatile double gDivisor = 4.12;
+volatile double gLast = 0;  // nothing reads it
+
+}  // namespace
+
+PassCounter PassCounter::At(double n) {
+  PassCounter c;
+  if (n <= 32767) {
+    c.small_ = static_cast<std::int32_t>(n);
+  } else if (n <= 2147483647) {
+    c.width_ = Width::Int32;
+    c.small_ = static_cast<std::int32_t>(n);
+  } else {
+    c.width_ = Width::Double;
+    c.large_ = n;
+  }
+  return c;
+}
+
+PassCounter MeasurePasses(Platform& p, std::int32_t lengthMs) {
+  PassCounter passes;
+  const std::int64_t end = EndTick(static_cast<std::int32_t>(p.GetTickCount()), lengthMs);
+  while (static_cast<std::int32_t>(p.GetTickCount()) < end) {
+    double c = std::cos(gAngle);
+    double q = std::pow(gBase, gExponent) / gDivisor;
+    gLast = std::log(c + q);
+    passes.AddOne();
+  }
+  return passes;
+}
+
+std::int64_t ScoreOf(const PassCounter& passes) {
+  return static_cast<std::int64_t>(rt::RoundHalfEven(passes.Value() / 100000));
+}
+
+void CpuPage::PrepareOpening() {
+  p_.SetPriorityClass(p_.GetCurrentProcess(), HIGH_PRIORITY_CLASS);  // never lowered again
+  p_.InitCommonControls();
+}
+
+// Nothing up to the walk tolerates an error: without WMI the run-time error ends the program. In
+// the walk, a property that is Null, absent or unreadable leaves its label as it was; with
+// several processors the last one stays on the page.
+void CpuPage::FillProcessorLabels() {
+  std::shared_ptr<WmiService> wmi = p_.WmiGetObject("winmgmts:{impersonationLevel=impersonate}");
+  WmiObjects processors = wmi->InstancesOf("Win32_Processor");
+  const std::pair<Label*, const char*> rows[] = {
+      {&Cpu1, "DeviceID"},          {&Cpu2, "Availability"}, {&Cpu3, "AddressWidth"}, {&Cpu4, "CpuStatus"},
+      {&Cpu5, "CurrentClockSpeed"}, {&Cpu6, "MaxClockSpeed"}, {&Cpu7, "L2CacheSize"}, {&Cpu8, "L2CacheSpeed"},
+      {&Cpu9, "VoltageCaps"},       {&Cpu10, "name"},
+  };
+  for (const auto& processor : processors) {
+    for (const auto& [label, property] : rows) {
+      ResumeNext([&] {
+        WmiValue v = processor->Get(property);
+        if (v.type == WmiValue::Type::Null) throw RuntimeError(94, "Invalid use of Null");
+        label->SetCaption(rt::JoinText(v, p_));
+      });
+    }
+  }
+}
+
+void CpuPage::RunTest() {
+  if (p_.MessageBoxA(kWarning, mb::OkCancel | mb::Information, rt::kAppTitle) == mb::IdCancel) return;
+  Form* form = FrmCpu.ParentForm();
+  Test.SetCaption("Test en cours ...");
+  rst.SetCaption("Veuillez Patientez . . .");
+  Test.SetEnabled(false);
+  if (form) form->SetEnabled(false);
+  iLabel1.SetCaption("");  // hides the coloured pictures, leaves rst alone
+
+  // Settling: idle, with the window's events let through (the timers run, the user is ignored).
+  const std::int64_t settled = EndTick(static_cast<std::int32_t>(p_.GetTickCount()), kSettlingMs);
+  while (static_cast<std::int32_t>(p_.GetTickCount()) < settled) p_.DoEvents();
+
+  // Measuring: no events at all, the window stays frozen.
+  PassCounter passes = MeasurePasses(p_, kMeasuringMs);
+
+  if (form) form->SetEnabled(true);
+  Test.SetEnabled(true);
+  Test.SetCaption("Démarrer le test");  // a small t after a run
+  iLabel1.SetCaption(rt::IntToText(ScoreOf(passes)));  // ScoreCpu; the change classifies it
+  p_.Beep();
+}
+
+// Each bound belongs to the level below; each step reached overwrites the words and adds a picture.
+void CpuPage::Classify() {
+  iImage5.SetVisible(false);
+  iImage6.SetVisible(false);
+  iImage7.SetVisible(false);
+  iImage8.SetVisible(false);
+  if (iLabel1.Caption().empty()) return;
+  double score = rt::TextToDouble(iLabel1.Caption(), p_.DecimalSign());
+  iImage5.SetVisible(true);
+  rst.SetCaption("Résultat: Faible");
+  if (score > 40) rst.SetCaption("Résultat: performant");
+  if (score > 55) {
+    iImage6.SetVisible(true);
+    rst.SetCaption("Résultat: Ultra performant");
+  }
+  if (score > 110) {
+    iImage7.SetVisible(true);
+    rst.SetCaption("Résultat: Excelent");
+  }
+  if (score > 165) {
+    iImage8.SetVisible(true);
+    rst.SetCaption("Résultat: qualité maximale");
+  }
+}
 
 }  // namespace tamrix

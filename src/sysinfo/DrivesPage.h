@@ -1,4 +1,5 @@
-// The drives sub-page of Test Lab (disque): the selected drive's use and type.
+// The drives sub-page of Test Lab (disque): the facts of the drive chosen in Drive1, as the drive
+// facts control Fact gives them, and a bar of its free space.
 #pragma once
 
 #include "platform/Platform.h"
@@ -10,7 +11,7 @@ class DrivesPage {
  public:
   DrivesPage(Control& testLab, Platform& platform);
 
-  // Reports on the selected drive; run from "Info Lecteurs".
+  // Reports on the selected drive; run from "Info Lecteurs" and on each change of Drive1.
   void InfoLecteur();
 
  private:
@@ -21,6 +22,7 @@ class DrivesPage {
   Label Label5;
   Label Label6;  // the same words, a shade behind Label5
   DriveListBox Drive1;
+  DrvFact Fact;
   Image Image4;
   TamrixPBar TamrixPBar3;
   Label Label13, Label7, Label8, Label9, Label10, Label11;

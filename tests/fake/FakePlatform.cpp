@@ -436,6 +436,127 @@ std::string FakePlatform::LogicalDriveLetters() {
   return driveLetters;
 }
 
+// Hardware: drives, WMI, priority, common controls, event pump.
+namespace {
+
+const FakePlatform::Volume* VolumeOf(const std::map<char, FakePlatform::Volume>& volumes, const std::string& root) {
+  if (root.empty()) return nullptr;
+  auto it = volumes.find(static_cast<char>(std::toupper(static_cast<unsigned char>(root[0]))));
+  return it == volumes.end() ? nullptr : &it->second;
+}
+
+class FakeWmiObject : public WmiObject {
+ public:
+  FakeWmiObject(FakePlatform& p, FakePlatform::WmiProps props) : p_(p), props_(std::move(props)) {}
+  WmiValue Get(const std::string& name) override {
+    p_.calls.push_back("WmiGet(" + name + ")");
+    for (const auto& [key, value] : props_)
+      if (FakePlatform::Lower(key) == FakePlatform::Lower(name)) return value;
+    throw RuntimeError(438, "Object doesn't support this property or method");
+  }
+
+ private:
+  FakePlatform& p_;
+  FakePlatform::WmiProps props_;
+};
+
+class FakeWmiService : public WmiService {
+ public:
+  explicit FakeWmiService(FakePlatform& p) : p_(p) {}
+  WmiObjects ExecQuery(const std::string& query) override {
+    p_.calls.push_back("ExecQuery(" + query + ")");
+    if (p_.wmiQueryFails) throw RuntimeError(-2147217385, "Automation error");
+    std::size_t from = FakePlatform::Lower(query).find(" from ");
+    return Objects(from == std::string::npos ? std::string() : query.substr(from + 6));
+  }
+  WmiObjects InstancesOf(const std::string& className) override {
+    p_.calls.push_back("InstancesOf(" + className + ")");
+    if (p_.wmiQueryFails) throw RuntimeError(-2147217392, "Automation error");
+    return Objects(className);
+  }
+
+ private:
+  WmiObjects Objects(const std::string& className) {
+    WmiObjects out;
+    for (const auto& [name, objects] : p_.wmiClasses)
+      if (FakePlatform::Lower(name) == FakePlatform::Lower(className))
+        for (const auto& props : objects) out.push_back(std::make_shared<FakeWmiObject>(p_, props));
+    return out;
+  }
+  FakePlatform& p_;
+};
+
+}  // namespace
+
+bool FakePlatform::GetVolumeInformationA(const std::string& root, std::string* volumeName,
+                                         std::uint32_t* serialNumber, std::string* fileSystem) {
+  calls.push_back("GetVolumeInformationA(" + root + ")");
+  const Volume* v = VolumeOf(volumes, root);
+  if (!v || !v->medium) return false;
+  *volumeName = v->label;
+  *serialNumber = v->serial;
+  *fileSystem = v->fileSystem;
+  return true;
+}
+
+bool FakePlatform::GetDiskFreeSpaceExA(const std::string& root, std::uint64_t* freeToCaller, std::uint64_t* totalBytes,
+                                       std::uint64_t* totalFree) {
+  calls.push_back("GetDiskFreeSpaceExA(" + root + ")");
+  const Volume* v = VolumeOf(volumes, root);
+  if (!v || !v->medium) return false;
+  *freeToCaller = *totalFree = v->freeBytes;
+  *totalBytes = v->totalBytes;
+  return true;
+}
+
+std::uint32_t FakePlatform::GetDriveTypeA(const std::string& root) {
+  calls.push_back("GetDriveTypeA(" + root + ")");
+  const Volume* v = VolumeOf(volumes, root);
+  return v ? v->type : 1;
+}
+
+std::string FakePlatform::GetCurrentDirectoryA() {
+  calls.push_back("GetCurrentDirectoryA");
+  return currentDirectory;
+}
+
+std::shared_ptr<WmiService> FakePlatform::WmiGetObject(const std::string& moniker) {
+  calls.push_back("WmiGetObject(" + moniker + ")");
+  if (wmiBindFails) throw RuntimeError(429, "ActiveX component can't create object");
+  return std::make_shared<FakeWmiService>(*this);
+}
+
+std::uint64_t FakePlatform::GetCurrentProcess() {
+  calls.push_back("GetCurrentProcess");
+  return 0xFFFFFFFFFFFFFFFFull;  // the pseudo-handle of the process itself
+}
+
+bool FakePlatform::SetPriorityClass(std::uint64_t process, std::uint32_t cls) {
+  calls.push_back("SetPriorityClass(" + Hex(process) + "," + std::to_string(cls) + ")");
+  priorityClass = cls;
+  return true;
+}
+
+void FakePlatform::InitCommonControls() { calls.push_back("InitCommonControls"); }
+
+void FakePlatform::DoEvents() {
+  ++doEvents;
+  if (onDoEvents) onDoEvents();
+}
+
+std::string FakePlatform::MonthName(int month) {
+  static const char* const kMonths[12] = {"janvier", "février", "mars",      "avril",   "mai",      "juin",
+                                          "juillet", "août",    "septembre", "octobre", "novembre", "décembre"};
+  return month >= 1 && month <= 12 ? kMonths[month - 1] : "";
+}
+
+std::uint32_t FakePlatform::GetTickCount() {
+  if (tickSource) return tickSource();
+  std::uint32_t now = tickCount;
+  tickCount += tickStep;
+  return now;
+}
+
 OsVersion FakePlatform::GetVersionExA(std::uint32_t size) {
   calls.push_back("GetVersionExA(" + std::to_string(size) + ")");
   return version;

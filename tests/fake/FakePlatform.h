@@ -4,6 +4,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -64,6 +65,29 @@ class FakePlatform : public Platform {
   std::uint32_t tickCount = 0;
   LocalTime now{2026, 11, 21, 20, 50, 35};
   std::string driveLetters = "ACD";
+
+  // Hardware: drives, WMI, priority, common controls, event pump.
+  struct Volume {
+    std::string label, fileSystem = "NTFS";
+    std::uint32_t serial = 0;
+    std::uint32_t type = 3;
+    bool medium = true;  // false: a drive without its disc, whose volume reads fail
+    std::uint64_t totalBytes = 0, freeBytes = 0;
+  };
+  std::map<char, Volume> volumes;  // by capital letter; a letter without an entry has type 1
+  std::string currentDirectory = "C:\\Program Files\\Tamrix";
+  // WMI: the objects of each class, by class name; a property missing from an object isn't there.
+  using WmiProps = std::map<std::string, WmiValue>;
+  std::map<std::string, std::vector<WmiProps>> wmiClasses;
+  bool wmiBindFails = false;
+  bool wmiQueryFails = false;
+  std::uint32_t priorityClass = 0x20;  // NORMAL_PRIORITY_CLASS
+  int doEvents = 0;
+  std::function<void()> onDoEvents;  // what the waiting events do, when a test says so
+  // The clock: each read moves it on by tickStep; a tickSource, when set, answers instead.
+  std::uint32_t tickStep = 0;
+  std::function<std::uint32_t()> tickSource;
+  int shortDateOrder = 1;  // day-month-year
   // The folder browser: the path of the chosen item, "" for a virtual item, nullopt for Cancel.
   std::deque<std::optional<std::string>> browseAnswers;
   std::vector<std::uint64_t> freedItemLists;
@@ -106,9 +130,24 @@ class FakePlatform : public Platform {
   std::uint32_t GetSystemDirectoryA(std::string* buffer, std::uint32_t size) override;
   MemoryStatus GlobalMemoryStatus(std::uint32_t length) override;
   OsVersion GetVersionExA(std::uint32_t size) override;
-  std::uint32_t GetTickCount() override { return tickCount; }
+  std::uint32_t GetTickCount() override;
   LocalTime Now() override { return now; }
   std::string LogicalDriveLetters() override;
+
+  // Hardware: drives, WMI, priority, common controls, event pump.
+  bool GetVolumeInformationA(const std::string& root, std::string* volumeName, std::uint32_t* serialNumber,
+                             std::string* fileSystem) override;
+  bool GetDiskFreeSpaceExA(const std::string& root, std::uint64_t* freeToCaller, std::uint64_t* totalBytes,
+                           std::uint64_t* totalFree) override;
+  std::uint32_t GetDriveTypeA(const std::string& root) override;
+  std::string GetCurrentDirectoryA() override;
+  std::shared_ptr<WmiService> WmiGetObject(const std::string& moniker) override;
+  std::uint64_t GetCurrentProcess() override;
+  bool SetPriorityClass(std::uint64_t process, std::uint32_t priorityClass) override;
+  void InitCommonControls() override;
+  void DoEvents() override;
+  std::string MonthName(int month) override;
+  int ShortDateOrder() override { return shortDateOrder; }
   std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
                              const std::string& parameters, const std::string& directory, int show) override;
   std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;

@@ -41,6 +41,21 @@ class Win32Platform : public Platform {
   std::uint32_t GetTickCount() override;
   LocalTime Now() override;
   std::string LogicalDriveLetters() override;
+
+  // Hardware: drives, WMI, priority, common controls, event pump.
+  bool GetVolumeInformationA(const std::string& root, std::string* volumeName, std::uint32_t* serialNumber,
+                             std::string* fileSystem) override;
+  bool GetDiskFreeSpaceExA(const std::string& root, std::uint64_t* freeToCaller, std::uint64_t* totalBytes,
+                           std::uint64_t* totalFree) override;
+  std::uint32_t GetDriveTypeA(const std::string& root) override;
+  std::string GetCurrentDirectoryA() override;
+  std::shared_ptr<WmiService> WmiGetObject(const std::string& moniker) override;
+  std::uint64_t GetCurrentProcess() override;
+  bool SetPriorityClass(std::uint64_t process, std::uint32_t priorityClass) override;
+  void InitCommonControls() override;
+  void DoEvents() override;
+  std::string MonthName(int month) override;
+  int ShortDateOrder() override;
   std::int64_t ShellExecuteA(WindowHandle owner, const std::string& verb, const std::string& file,
                              const std::string& parameters, const std::string& directory, int show) override;
   std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;

@@ -290,6 +290,9 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
     return;
   }
   if (c.kind() == Kind::Shape) return;  // drawn by its form, it has no window of its own
+  if (c.kind() == Kind::DrvFact) return;  // invisible at run time: it only answers questions
+  // The drive list reads the machine's drives as its window is made, as the classic one does.
+  if (c.kind() == Kind::DriveListBox && !static_cast<DriveListBox&>(c).Filled()) static_cast<DriveListBox&>(c).Refresh();
 
   const Twips& t = c.Rect();
   DWORD style = WS_CHILD | WS_CLIPSIBLINGS | (c.Visible() ? WS_VISIBLE : 0) | (c.Enabled() ? 0 : WS_DISABLED);
