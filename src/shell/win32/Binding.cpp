@@ -104,10 +104,29 @@ class WindowPeer : public Peer {
 
  private:
   void SyncContent();
+
+ public:
+  void SyncToolTip(Control& c);
 };
 
 // The window of a control's container, where a windowless control is drawn.
 HWND ContainerWindow(Control& c);
+
+// A tip set at run time replaces the one of the design, or is the first one.
+void WindowPeer::SyncToolTip(Control& c) {
+  std::string tip = ToAnsi(c.design().tip);
+  if (tip == tipAnsi || !hwnd) return;
+  HWND tips = reinterpret_cast<HWND>(GetPropA(formWindow, "TamrixTips"));
+  bool had = !tipAnsi.empty();
+  tipAnsi = std::move(tip);
+  TOOLINFOA ti{};
+  ti.cbSize = sizeof ti;
+  ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  ti.hwnd = hwnd;
+  ti.uId = reinterpret_cast<UINT_PTR>(hwnd);
+  ti.lpszText = tipAnsi.data();
+  SendMessageA(tips, had ? TTM_UPDATETIPTEXTA : TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
+}
 
 void WindowPeer::Refresh(Control& c) {
   if (c.kind() == Kind::Timer) {
@@ -144,6 +163,7 @@ void WindowPeer::Refresh(Control& c) {
     return;
   }
   SyncContent();
+  SyncToolTip(c);
   if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
   RECT r;
   GetWindowRect(hwnd, &r);
@@ -313,17 +333,7 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
   SetWindowPos(p->hwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   SetPropA(p->hwnd, kDesignNameProp,
            reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GlobalAddAtomA(c.Name().c_str()))));
-  if (!c.design().tip.empty()) {
-    HWND tips = reinterpret_cast<HWND>(GetPropA(p->formWindow, "TamrixTips"));
-    p->tipAnsi = ToAnsi(c.design().tip);
-    TOOLINFOA ti{};
-    ti.cbSize = sizeof ti;
-    ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    ti.hwnd = p->hwnd;
-    ti.uId = reinterpret_cast<UINT_PTR>(p->hwnd);
-    ti.lpszText = p->tipAnsi.data();
-    SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
-  }
+  p->SyncToolTip(c);
   for (Control* child : c.Children()) Create(*child, p->hwnd, form);
 }
 
