@@ -67,6 +67,7 @@ void VirtualDrives::cmdCheminVirtuelClick(int index) {
     case 1: {
       const std::string L = page_.cmbLecteurDispo0.Text();
       const std::string Q = page_.lblGuil.Caption();
+      // For instance: subst.exe Z: "c:\outils"
       std::string Ligne = "subst.exe " + L + " " + Q + CheminLecteur + Q;
       p_.StartProcess(Ligne, ShowCommand::Hidden);
       if (page_.chkCreerLecteurVirtuel.Value() == 1) {
