@@ -198,6 +198,9 @@ TEST_F(SoundPageOnWine, ChangeOfMixerRewritesTheDestinationsTheSourcesAndBothRep
       << "the destination report of mixer " << other << " reads like mixer 0's";
   EXPECT_EQ(app.Selection("cbMixerList"), static_cast<int>(other));
   ExpectShows(mixers[other]);
+  // The picture shows the end of both reports, where the line types stand.
+  SendMessageW(app.Find("lstDstLineInfo"), LB_SETTOPINDEX, 6, 0);
+  SendMessageW(app.Find("lstSrcLineInfo"), LB_SETTOPINDEX, 6, 0);
   Screenshot("sound-page-other-mixer");
 
   // Back to the first: its destination again, chosen by the cascade.
