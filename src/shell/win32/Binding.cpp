@@ -95,6 +95,7 @@ class WindowPeer : public Peer {
   HWND formWindow = nullptr;  // timers tick on their form's window
   std::string tipAnsi;
   int windowState = 0;
+  int mousePointer = 0;
   bool updating = false;                  // keeps our own writes from echoing back as user input
   std::string painted;                    // what the window last showed of its control
   std::vector<std::string> shownItems;    // the list as the window holds it
@@ -160,6 +161,15 @@ void WindowPeer::Refresh(Control& c) {
     }
     if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
     SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
+    if (f.MousePointer() != mousePointer) {
+      // A new pointer shows at once under a mouse that stands still over the window.
+      mousePointer = f.MousePointer();
+      POINT pt{};
+      GetCursorPos(&pt);
+      HWND under = WindowFromPoint(pt);
+      if (under && (under == hwnd || IsChild(hwnd, under)))
+        SendMessageA(under, WM_SETCURSOR, reinterpret_cast<WPARAM>(under), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    }
     return;
   }
   SyncContent();
