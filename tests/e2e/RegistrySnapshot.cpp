@@ -126,7 +126,7 @@ std::map<std::string, std::string> Changes(const Export& before, const Export& a
     if (key.find("\\control\\video\\") != std::string::npos || key.find("driverdatedata") != std::string::npos) continue;
     // Wine's audio layer records the endpoints of the sound server the first time a program
     // opens the mixers, as the program does at every start.
-    if (key.find("\\currentversion\\mmdevices\\audio\\") != std::string::npos) continue;
+    if (key.find("\\currentversion\\mmdevices") != std::string::npos) continue;
     out[key] = v;
   }
   return out;
