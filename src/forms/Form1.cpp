@@ -49,7 +49,9 @@ Form1::Form1(Platform& platform)
       infoPc(Frame3, platform),
       drivesPage(Frame3, platform),
       cpuPage(Frame3, platform),
-      soundPage(Frame3, platform),
+      mixer(platform),
+      soundPage(Frame3, platform, mixer),
+      virtualDrives(windowsPage, *this, platform),
       TamrixCmd3(&Frame3, Strip("TamrixCmd3", "Info Lecteurs", 120, 1215)),
       TamrixCmd11(&Frame3, Strip("TamrixCmd11", "Info Son", 1440, 1095)),
       TamrixCmd2(&Frame3, Strip("TamrixCmd2", "Info Windows", 2640, 1215)),
@@ -179,8 +181,10 @@ void Form1::FormLoad() {
 
   for (std::size_t i = 0; i < BiosCharacteristics.size(); ++i) BiosCharacteristics[i] = kBiosCharacteristicTexts[i];
 
-  // The mixer slice and the drive lists join the load here, in that order, with the pages that
-  // show them.
+  // From the mixers on, errors are ignored. Without a mixer the load ends after its box: the
+  // hourglass stays and the drive lists stay empty.
+  if (!soundPage.LoadMixers(*this)) return;
+  virtualDrives.FillLists();
 }
 
 void Form1::DragWindow(int button) {

@@ -17,7 +17,9 @@
 #include "sysinfo/DrivesPage.h"
 #include "sysinfo/InfoPcPage.h"
 #include "sysinfo/InfoWindowsPage.h"
+#include "sysinfo/CMixer.h"
 #include "sysinfo/SoundPage.h"
+#include "tools/VirtualDrives.h"
 
 namespace tamrix {
 
@@ -50,7 +52,9 @@ class Form1 : public Form {
   InfoPcPage infoPc;
   DrivesPage drivesPage;
   CpuPage cpuPage;
+  CMixer mixer;  // made with the window, and its mixers kept open as long as the program runs
   SoundPage soundPage;
+  VirtualDrives virtualDrives;
   TamrixCmd TamrixCmd3, TamrixCmd11, TamrixCmd2, command2, TamrixCmd6, TamrixCmd4;  // the sub-page strip
   AboutPage aboutPage;
   ProtectionPage protection;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/MixerRecords.h"
 #include "platform/Wmi.h"
 
 namespace tamrix {
@@ -175,6 +176,19 @@ class Platform {
   // Fills *path from a buffer of 260 characters, up to its first NUL.
   virtual bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) = 0;
   virtual void CoTaskMemFree(std::uint64_t itemList) = 0;
+
+  // Audio mixers of winmm and the mouse pointer.
+  // The records are the ANSI ones; fixed text fields come whole, NULs and what follows them
+  // included, and the caller cuts them. Every function but mixerGetNumDevs gives 0 or an
+  // MMSYSERR/MIXERR code, as winmm does.
+  virtual std::uint32_t mixerGetNumDevs() = 0;
+  virtual std::uint32_t mixerGetDevCapsA(std::uint32_t deviceId, MixerCaps* caps, std::uint32_t size) = 0;
+  virtual std::uint32_t mixerOpen(MixerHandle* handle, std::uint32_t deviceId, std::uint64_t callback,
+                                  std::uint64_t instance, std::uint32_t flags) = 0;
+  virtual std::uint32_t mixerClose(MixerHandle handle) = 0;
+  // flags: mixerline::GetDestination with dwDestination set, or mixerline::GetSource with
+  // dwDestination and dwSource set; cbStruct must hold mixerline::kSize.
+  virtual std::uint32_t mixerGetLineInfoA(MixerHandle handle, MixerLine* line, std::uint32_t flags) = 0;
 
   // Locale facts of the user's regional settings.
   virtual char DecimalSign() = 0;

@@ -6,19 +6,23 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace tamrix {
 
-// A run-time fault: the number and the sentence the runtime's error box shows.
+// A run-time fault: the number and the sentence the runtime's error box shows, and the source
+// that raised it ("CMixer:OpenMixers"); the runtime's own faults leave the source empty.
 class RuntimeError : public std::runtime_error {
  public:
-  RuntimeError(int number, const std::string& description)
-      : std::runtime_error(description), number_(number) {}
+  RuntimeError(int number, const std::string& description, std::string source = {})
+      : std::runtime_error(description), number_(number), source_(std::move(source)) {}
   int Number() const { return number_; }
   std::string Description() const { return what(); }
+  const std::string& Source() const { return source_; }
 
  private:
   int number_;
+  std::string source_;
 };
 
 namespace rt {
@@ -56,6 +60,31 @@ void ResumeNext(F&& statement) {
   } catch (const RuntimeError&) {
   }
 }
+
+// The error object of a handler that runs with errors ignored: a statement that faults is
+// dropped, its error stays pending until cleared or replaced by a later one, and the handler
+// looks at it when it chooses to.
+class ErrObject {
+ public:
+  template <class F>
+  void Run(F&& statement) {
+    try {
+      statement();
+    } catch (const RuntimeError& e) {
+      error_ = e;
+      pending_ = true;
+    }
+  }
+  bool Pending() const { return pending_; }
+  int Number() const { return pending_ ? error_.Number() : 0; }
+  std::string Description() const { return pending_ ? error_.Description() : std::string(); }
+  std::string Source() const { return pending_ ? error_.Source() : std::string(); }
+  void Clear() { pending_ = false; }
+
+ private:
+  RuntimeError error_{0, ""};
+  bool pending_ = false;
+};
 
 }  // namespace tamrix
 

@@ -319,6 +319,11 @@ void Form::SetWindowState(int state) {
   Changed();
 }
 
+void Control::SetToolTipText(const std::string& tip) {
+  d_.tip = tip;
+  Changed();
+}
+
 void Form::SetMousePointer(int pointer) {
   mousePointer_ = pointer;
   Changed();

@@ -114,6 +114,8 @@ class Control {
   Color ForeColor() const { return d_.foreColor; }
   void SetForeColor(Color c);
   const Twips& Rect() const { return d_.rect; }
+  const std::string& ToolTipText() const { return d_.tip; }
+  void SetToolTipText(const std::string& tip);
   void Move(Twips rect);
 
   // The user's click, or a test's: the control's own reaction first, then the handler.

@@ -168,6 +168,85 @@ COLORREF App::FaceColor(const std::string& designName) {
   return static_cast<COLORREF>(Ask(Find(designName), kMsgGetFaceColor));
 }
 
+std::vector<std::string> App::Items(const std::string& designName) {
+  HWND h = Find(designName);
+  bool combo = ClassName(h) == "ComboBox" || ClassName(h) == "COMBOBOX";
+  std::vector<std::string> items;
+  auto count = static_cast<int>(SendMessageW(h, combo ? CB_GETCOUNT : LB_GETCOUNT, 0, 0));
+  for (int i = 0; i < count; ++i) {
+    auto length = SendMessageW(h, combo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, i, 0);
+    if (length < 0) length = 0;
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    auto got = SendMessageW(h, combo ? CB_GETLBTEXT : LB_GETTEXT, i, reinterpret_cast<LPARAM>(text.data()));
+    text.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
+    items.push_back(Utf8(text));
+  }
+  return items;
+}
+
+int App::Selection(const std::string& designName) {
+  HWND h = Find(designName);
+  bool combo = ClassName(h) == "ComboBox" || ClassName(h) == "COMBOBOX";
+  return static_cast<int>(SendMessageW(h, combo ? CB_GETCURSEL : LB_GETCURSEL, 0, 0));
+}
+
+void App::Choose(const std::string& designName, int index) {
+  HWND h = Find(designName);
+  bool combo = ClassName(h) == "ComboBox" || ClassName(h) == "COMBOBOX";
+  SendMessageW(h, combo ? CB_SETCURSEL : LB_SETCURSEL, index, 0);
+  WORD code = combo ? CBN_SELCHANGE : LBN_SELCHANGE;
+  PostMessageW(GetParent(h), WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(h), code), reinterpret_cast<LPARAM>(h));
+}
+
+HCURSOR App::CursorOver(const std::string& designName) { return CursorOverWindow(Find(designName)); }
+
+HCURSOR App::CursorOverWindow(HWND window) {
+  RECT r{};
+  GetWindowRect(window, &r);
+  // A move away and back, so that the window is asked for its pointer again.
+  SetCursorPos(r.left + 2, r.top + 2);
+  Sleep(200);
+  SetCursorPos((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+  Sleep(500);
+  CURSORINFO info{};
+  info.cbSize = sizeof info;
+  GetCursorInfo(&info);
+  return info.hCursor;
+}
+
+namespace {
+
+BOOL CALLBACK FindMainAnyState(HWND h, LPARAM l) {
+  auto* s = reinterpret_cast<Search*>(l);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(h, &pid);
+  if (pid == s->pid && ClassName(h) == s->cls) {
+    s->found = h;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+bool App::MainWindowExists() {
+  Search s{pi_.dwProcessId, kFormClass, nullptr, nullptr};
+  EnumWindows(FindMainAnyState, reinterpret_cast<LPARAM>(&s));
+  return s.found != nullptr;
+}
+
+bool App::MainWindowShown() {
+  Search s{pi_.dwProcessId, kFormClass, nullptr, nullptr};
+  EnumWindows(FindTopLevel, reinterpret_cast<LPARAM>(&s));
+  return s.found != nullptr;
+}
+
+HWND App::BoxIcon(const MessageBoxSeen& box) {
+  // The icon of a message box stands in the static with id 0x0440.
+  HWND icon = GetDlgItem(box.hwnd, 0x0440);
+  return icon && IsWindowVisible(icon) ? icon : nullptr;
+}
+
 std::optional<MessageBoxSeen> App::WaitMessageBox(DWORD timeoutMs) {
   HWND box = nullptr;
   WaitUntil(
@@ -233,6 +312,23 @@ COLORREF ScreenPixel(int x, int y) {
   COLORREF c = GetPixel(screen, x, y);
   ReleaseDC(nullptr, screen);
   return c;
+}
+
+Reds RedAndBlue(HWND window) {
+  Reds r;
+  RECT rc{};
+  if (!window || !GetWindowRect(window, &rc)) return r;
+  HDC screen = GetDC(nullptr);
+  for (int y = rc.top; y < rc.bottom; ++y)
+    for (int x = rc.left; x < rc.right; ++x) {
+      COLORREF c = GetPixel(screen, x, y);
+      int R = GetRValue(c), G = GetGValue(c), B = GetBValue(c);
+      ++r.total;
+      if (R > 150 && G < 100 && B < 100) ++r.red;
+      if (B > 150 && R < 100) ++r.blue;
+    }
+  ReleaseDC(nullptr, screen);
+  return r;
 }
 
 DWORD RunAndWait(const std::string& commandLine, DWORD timeoutMs) {

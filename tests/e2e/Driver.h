@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tamrix::e2e {
 
@@ -48,9 +49,26 @@ class App {
   COLORREF ForeColor(const std::string& designName);
   COLORREF FaceColor(const std::string& designName);
 
+  // The entries of a list box or drop-down list, and the chosen one (-1: none).
+  std::vector<std::string> Items(const std::string& designName);
+  int Selection(const std::string& designName);
+  // Picks an entry of a drop-down list or list box as the user's click does: the window's
+  // selection, then its notification to the container (posted, so a box it opens doesn't block
+  // us).
+  void Choose(const std::string& designName, int index);
+  // The pointer that the screen shows with the mouse over the control's centre, as a handle of
+  // the program's process: comparable only with other pointers of the same run.
+  HCURSOR CursorOver(const std::string& designName);
+  static HCURSOR CursorOverWindow(HWND window);
+  // A window of the main window's class, shown or not.
+  bool MainWindowExists();
+  bool MainWindowShown();
+
   // A message box of this process, once it stands.
   std::optional<MessageBoxSeen> WaitMessageBox(DWORD timeoutMs = 10000);
   static void Answer(const MessageBoxSeen& box, int buttonId);
+  // The window of the icon a message box shows, or null for none.
+  static HWND BoxIcon(const MessageBoxSeen& box);
 
   // Any visible top-level window of this process other than the main window.
   HWND OtherWindow();
@@ -64,6 +82,15 @@ class App {
 // a PNG). Returns the pixels' reader for checks.
 void Screenshot(const std::string& name);
 COLORREF ScreenPixel(int x, int y);
+
+// How many pixels of a window, as the screen shows it, are mostly red and how many mostly blue:
+// the critical icon is a red disc, the information icon a blue one. Each process has its own
+// handles for the system's icons, and another process's icon can't be read, so the screen is
+// what tells them apart.
+struct Reds {
+  int red = 0, blue = 0, total = 0;
+};
+Reds RedAndBlue(HWND window);
 
 // Runs a command line (reg.exe and the like) and waits for it.
 DWORD RunAndWait(const std::string& commandLine, DWORD timeoutMs = 60000);

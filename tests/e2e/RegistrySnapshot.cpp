@@ -124,6 +124,9 @@ std::map<std::string, std::string> Changes(const Export& before, const Export& a
     std::string key = Lower(k);
     if (key.find("hkey_current_user\\software\\wine\\") != std::string::npos) continue;
     if (key.find("\\control\\video\\") != std::string::npos || key.find("driverdatedata") != std::string::npos) continue;
+    // Wine's audio layer records the endpoints of the sound server the first time a program
+    // opens the mixers, as the program does at every start.
+    if (key.find("\\currentversion\\mmdevices") != std::string::npos) continue;
     out[key] = v;
   }
   return out;

@@ -52,7 +52,7 @@ std::string Lower(std::string s);
 std::string AsRowData(const StoredValue& v);
 
 // Entries that differ between two exports, keys in lower case, without the ones Wine changes by
-// itself (its own settings, the video keys, driver dates).
+// itself (its own settings, the video keys, driver dates, the audio endpoints).
 std::map<std::string, std::string> Changes(const Export& before, const Export& after);
 
 // Whole files, by Windows path: nullopt when absent.

@@ -597,4 +597,102 @@ void FakePlatform::CoTaskMemFree(std::uint64_t itemList) {
   freedItemLists.push_back(itemList);
 }
 
+// Audio mixers of winmm and the mouse pointer.
+namespace {
+
+std::string Field(const std::string& text, std::size_t length) {
+  std::string f = text;
+  f.resize(length, '\0');
+  return f;
+}
+
+MixerLine Line(std::uint32_t type, std::uint32_t target, const std::string& shortName, const std::string& name,
+               std::uint32_t connections) {
+  MixerLine l;
+  l.fdwLine = 1;
+  l.dwComponentType = type;
+  l.cChannels = 2;
+  l.cControls = 2;
+  l.cConnections = connections;
+  l.szShortName = Field(shortName, mixerline::kShortNameLength);
+  l.szName = Field(name, mixerline::kNameLength);
+  l.Target.dwType = target;
+  return l;
+}
+
+}  // namespace
+
+FakePlatform::FakeMixer FakePlatform::SoundCard() {
+  FakeMixer m;
+  m.caps.vDriverVersion = 0x0501;
+  m.caps.szPname = Field("Fake Sound Card", mixerline::kPnameLength);
+  m.caps.cDestinations = 1;
+  FakeDestination speakers;
+  speakers.line = Line(4, 1, "Speakers", "Master Volume", 2);
+  speakers.sources = {Line(4104, 1, "Wave", "Wave Out", 0), Line(4101, 0, "CD", "CD Audio", 0)};
+  m.destinations = {speakers};
+  return m;
+}
+
+std::uint32_t FakePlatform::mixerGetNumDevs() {
+  calls.push_back("mixerGetNumDevs()");
+  return static_cast<std::uint32_t>(mixers.size());
+}
+
+std::uint32_t FakePlatform::mixerGetDevCapsA(std::uint32_t deviceId, MixerCaps* caps, std::uint32_t size) {
+  calls.push_back("mixerGetDevCapsA(" + std::to_string(deviceId) + "," + std::to_string(size) + ")");
+  if (deviceId >= mixers.size()) return 2;  // MMSYSERR_BADDEVICEID
+  if (size != mixerline::kCapsSize) return 11;  // MMSYSERR_INVALPARAM
+  if (mixers[deviceId].capsError) return mixers[deviceId].capsError;
+  *caps = mixers[deviceId].caps;
+  return 0;
+}
+
+std::uint32_t FakePlatform::mixerOpen(MixerHandle* handle, std::uint32_t deviceId, std::uint64_t callback,
+                                      std::uint64_t instance, std::uint32_t flags) {
+  calls.push_back("mixerOpen(" + std::to_string(deviceId) + "," + std::to_string(callback) + "," +
+                  std::to_string(instance) + "," + std::to_string(flags) + ")");
+  if (deviceId >= mixers.size()) return 2;
+  if (mixers[deviceId].openError) return mixers[deviceId].openError;
+  *handle = nextMixer_++;
+  openMixers.insert(*handle);
+  mixerOfHandle_[*handle] = deviceId;
+  return 0;
+}
+
+std::uint32_t FakePlatform::mixerClose(MixerHandle handle) {
+  calls.push_back("mixerClose(" + Hex(handle) + ")");
+  if (!openMixers.erase(handle)) return 5;  // MMSYSERR_INVALHANDLE
+  return 0;
+}
+
+std::uint32_t FakePlatform::mixerGetLineInfoA(MixerHandle handle, MixerLine* line, std::uint32_t flags) {
+  calls.push_back("mixerGetLineInfoA(" + Hex(handle) + "," + std::to_string(line->dwDestination) + "," +
+                  (flags == mixerline::GetSource ? std::to_string(line->dwSource) + "," : std::string()) +
+                  std::to_string(flags) + ")");
+  if (!openMixers.count(handle)) return 5;
+  if (line->cbStruct != mixerline::kSize) return 11;
+  FakeMixer& m = mixers[mixerOfHandle_[handle]];
+  std::uint32_t d = line->dwDestination, src = line->dwSource;
+  if (d >= m.destinations.size()) return kInvalidLine;
+  FakeDestination& dst = m.destinations[d];
+  const MixerLine* found = nullptr;
+  if (flags == mixerline::GetDestination) {
+    if (dst.error) return dst.error;
+    found = &dst.line;
+  } else if (flags == mixerline::GetSource) {
+    if (dst.sourceErrors.count(src)) return dst.sourceErrors[src];
+    if (src >= dst.sources.size()) return kInvalidLine;
+    found = &dst.sources[src];
+  } else {
+    return 10;  // MMSYSERR_INVALFLAG
+  }
+  std::uint32_t size = line->cbStruct;
+  *line = *found;
+  line->cbStruct = size;
+  line->dwDestination = d;
+  if (flags == mixerline::GetSource) line->dwSource = src;
+  return 0;
+}
+
 }  // namespace tamrix::fake

@@ -153,6 +153,35 @@ class FakePlatform : public Platform {
   std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;
   bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) override;
   void CoTaskMemFree(std::uint64_t itemList) override;
+  // Audio mixers of winmm and the mouse pointer.
+  std::uint32_t mixerGetNumDevs() override;
+  std::uint32_t mixerGetDevCapsA(std::uint32_t deviceId, MixerCaps* caps, std::uint32_t size) override;
+  std::uint32_t mixerOpen(MixerHandle* handle, std::uint32_t deviceId, std::uint64_t callback, std::uint64_t instance,
+                          std::uint32_t flags) override;
+  std::uint32_t mixerClose(MixerHandle handle) override;
+  std::uint32_t mixerGetLineInfoA(MixerHandle handle, MixerLine* line, std::uint32_t flags) override;
+  // The scripted mixers: each destination with its sources; a non-zero error is the code that
+  // the matching call gives back. caps.cDestinations and a line's cConnections are what the
+  // device claims, and may differ from what the script lists: a line the script doesn't list
+  // reads as MIXERR_INVALLINE.
+  struct FakeDestination {
+    MixerLine line;
+    std::vector<MixerLine> sources;
+    std::uint32_t error = 0;
+    std::map<std::uint32_t, std::uint32_t> sourceErrors;  // by source index
+  };
+  struct FakeMixer {
+    MixerCaps caps;
+    std::vector<FakeDestination> destinations;
+    std::uint32_t capsError = 0;
+    std::uint32_t openError = 0;
+  };
+  // A plain sound card: "Fake Sound Card", one speaker destination with two sources. Tests of
+  // other machines replace or clear the list.
+  static FakeMixer SoundCard();
+  std::vector<FakeMixer> mixers = {SoundCard()};
+  std::set<MixerHandle> openMixers;  // handles open now
+  static constexpr std::uint32_t kInvalidLine = 1024;
   char DecimalSign() override { return decimalSign; }
   char TimeSeparator() override { return timeSeparator; }
   std::string BooleanText(bool value) override { return value ? trueWord : falseWord; }
@@ -177,6 +206,8 @@ class FakePlatform : public Platform {
   std::uint64_t nextItemList_ = 0x3000;
   HKey nextHandle_ = 0x1000;
   GdiHandle nextGdi_ = 0x2000;
+  MixerHandle nextMixer_ = 0x5000;
+  std::map<MixerHandle, std::uint32_t> mixerOfHandle_;
 };
 
 // The registry functions' short names in the recorder.

@@ -5,6 +5,7 @@
 #include <shellapi.h>
 #include <shlobj.h>
 #include <commctrl.h>
+#include <mmsystem.h>
 #include <wbemidl.h>
 
 #include <vector>
@@ -484,6 +485,73 @@ bool Win32Platform::SHGetPathFromIDListA(std::uint64_t itemList, std::string* pa
 
 void Win32Platform::CoTaskMemFree(std::uint64_t itemList) {
   ::CoTaskMemFree(reinterpret_cast<void*>(static_cast<ULONG_PTR>(itemList)));
+}
+
+// Audio mixers of winmm and the mouse pointer. The program hands over the sizes of a 32-bit
+// program's records; this build's own records may be larger (a 64-bit dwUser), so a size that
+// names the record stands for this build's record, and any other size goes through as it is.
+
+namespace {
+
+HMIXER ToHmixer(MixerHandle h) { return reinterpret_cast<HMIXER>(static_cast<ULONG_PTR>(h)); }
+
+UINT RecordSize(std::uint32_t asked, std::uint32_t named, UINT own) { return asked == named ? own : asked; }
+
+}  // namespace
+
+std::uint32_t Win32Platform::mixerGetNumDevs() { return ::mixerGetNumDevs(); }
+
+std::uint32_t Win32Platform::mixerGetDevCapsA(std::uint32_t deviceId, MixerCaps* caps, std::uint32_t size) {
+  MIXERCAPSA c{};
+  MMRESULT r = ::mixerGetDevCapsA(deviceId, &c, RecordSize(size, mixerline::kCapsSize, sizeof c));
+  if (r != MMSYSERR_NOERROR) return r;
+  caps->wMid = c.wMid;
+  caps->wPid = c.wPid;
+  caps->vDriverVersion = c.vDriverVersion;
+  caps->szPname = FromAnsi(c.szPname, sizeof c.szPname);
+  caps->fdwSupport = c.fdwSupport;
+  caps->cDestinations = c.cDestinations;
+  return r;
+}
+
+std::uint32_t Win32Platform::mixerOpen(MixerHandle* handle, std::uint32_t deviceId, std::uint64_t callback,
+                                       std::uint64_t instance, std::uint32_t flags) {
+  HMIXER h = nullptr;
+  MMRESULT r = ::mixerOpen(&h, deviceId, static_cast<DWORD_PTR>(callback), static_cast<DWORD_PTR>(instance), flags);
+  *handle = r == MMSYSERR_NOERROR ? static_cast<MixerHandle>(reinterpret_cast<ULONG_PTR>(h)) : 0;
+  return r;
+}
+
+std::uint32_t Win32Platform::mixerClose(MixerHandle handle) { return ::mixerClose(ToHmixer(handle)); }
+
+std::uint32_t Win32Platform::mixerGetLineInfoA(MixerHandle handle, MixerLine* line, std::uint32_t flags) {
+  MIXERLINEA l{};
+  l.cbStruct = RecordSize(line->cbStruct, mixerline::kSize, sizeof l);
+  l.dwDestination = line->dwDestination;
+  l.dwSource = line->dwSource;
+  l.dwLineID = line->dwLineID;
+  l.dwComponentType = line->dwComponentType;
+  l.Target.dwType = line->Target.dwType;
+  MMRESULT r = ::mixerGetLineInfoA(reinterpret_cast<HMIXEROBJ>(ToHmixer(handle)), &l, flags);
+  if (r != MMSYSERR_NOERROR) return r;
+  line->dwDestination = l.dwDestination;
+  line->dwSource = l.dwSource;
+  line->dwLineID = l.dwLineID;
+  line->fdwLine = l.fdwLine;
+  line->dwUser = l.dwUser;
+  line->dwComponentType = l.dwComponentType;
+  line->cChannels = l.cChannels;
+  line->cConnections = l.cConnections;
+  line->cControls = l.cControls;
+  line->szShortName = FromAnsi(l.szShortName, sizeof l.szShortName);
+  line->szName = FromAnsi(l.szName, sizeof l.szName);
+  line->Target.dwType = l.Target.dwType;
+  line->Target.dwDeviceID = l.Target.dwDeviceID;
+  line->Target.wMid = l.Target.wMid;
+  line->Target.wPid = l.Target.wPid;
+  line->Target.vDriverVersion = l.Target.vDriverVersion;
+  line->Target.szPname = FromAnsi(l.Target.szPname, sizeof l.Target.szPname);
+  return r;
 }
 
 std::string Win32Platform::BooleanText(bool value) {

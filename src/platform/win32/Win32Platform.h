@@ -61,6 +61,13 @@ class Win32Platform : public Platform {
   std::uint64_t SHBrowseForFolderA(WindowHandle owner, const std::string& title, std::uint32_t flags) override;
   bool SHGetPathFromIDListA(std::uint64_t itemList, std::string* path) override;
   void CoTaskMemFree(std::uint64_t itemList) override;
+  // Audio mixers of winmm and the mouse pointer.
+  std::uint32_t mixerGetNumDevs() override;
+  std::uint32_t mixerGetDevCapsA(std::uint32_t deviceId, MixerCaps* caps, std::uint32_t size) override;
+  std::uint32_t mixerOpen(MixerHandle* handle, std::uint32_t deviceId, std::uint64_t callback, std::uint64_t instance,
+                          std::uint32_t flags) override;
+  std::uint32_t mixerClose(MixerHandle handle) override;
+  std::uint32_t mixerGetLineInfoA(MixerHandle handle, MixerLine* line, std::uint32_t flags) override;
   char DecimalSign() override;
   char TimeSeparator() override;
   std::string BooleanText(bool value) override;

@@ -95,6 +95,7 @@ class WindowPeer : public Peer {
   HWND formWindow = nullptr;  // timers tick on their form's window
   std::string tipAnsi;
   int windowState = 0;
+  int mousePointer = 0;
   bool updating = false;                  // keeps our own writes from echoing back as user input
   std::string painted;                    // what the window last showed of its control
   std::vector<std::string> shownItems;    // the list as the window holds it
@@ -104,10 +105,29 @@ class WindowPeer : public Peer {
 
  private:
   void SyncContent();
+
+ public:
+  void SyncToolTip(Control& c);
 };
 
 // The window of a control's container, where a windowless control is drawn.
 HWND ContainerWindow(Control& c);
+
+// A tip set at run time replaces the one of the design, or is the first one.
+void WindowPeer::SyncToolTip(Control& c) {
+  std::string tip = ToAnsi(c.design().tip);
+  if (tip == tipAnsi || !hwnd) return;
+  HWND tips = reinterpret_cast<HWND>(GetPropA(formWindow, "TamrixTips"));
+  bool had = !tipAnsi.empty();
+  tipAnsi = std::move(tip);
+  TOOLINFOA ti{};
+  ti.cbSize = sizeof ti;
+  ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  ti.hwnd = hwnd;
+  ti.uId = reinterpret_cast<UINT_PTR>(hwnd);
+  ti.lpszText = tipAnsi.data();
+  SendMessageA(tips, had ? TTM_UPDATETIPTEXTA : TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
+}
 
 void WindowPeer::Refresh(Control& c) {
   if (c.kind() == Kind::Timer) {
@@ -141,9 +161,19 @@ void WindowPeer::Refresh(Control& c) {
     }
     if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
     SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
+    if (f.MousePointer() != mousePointer) {
+      // A new pointer shows at once under a mouse that stands still over the window.
+      mousePointer = f.MousePointer();
+      POINT pt{};
+      GetCursorPos(&pt);
+      HWND under = WindowFromPoint(pt);
+      if (under && (under == hwnd || IsChild(hwnd, under)))
+        SendMessageA(under, WM_SETCURSOR, reinterpret_cast<WPARAM>(under), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+    }
     return;
   }
   SyncContent();
+  SyncToolTip(c);
   if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
   RECT r;
   GetWindowRect(hwnd, &r);
@@ -316,17 +346,7 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
   SetWindowPos(p->hwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   SetPropA(p->hwnd, kDesignNameProp,
            reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GlobalAddAtomA(c.Name().c_str()))));
-  if (!c.design().tip.empty()) {
-    HWND tips = reinterpret_cast<HWND>(GetPropA(p->formWindow, "TamrixTips"));
-    p->tipAnsi = ToAnsi(c.design().tip);
-    TOOLINFOA ti{};
-    ti.cbSize = sizeof ti;
-    ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    ti.hwnd = p->hwnd;
-    ti.uId = reinterpret_cast<UINT_PTR>(p->hwnd);
-    ti.lpszText = p->tipAnsi.data();
-    SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
-  }
+  p->SyncToolTip(c);
   for (Control* child : c.Children()) Create(*child, p->hwnd, form);
 }
 
