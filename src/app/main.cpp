@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "platform/win32/Win32Platform.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 #include "shell/win32/Binding.h"
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {

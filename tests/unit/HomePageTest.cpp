@@ -7,7 +7,7 @@
 #include "fake/FakePlatform.h"
 #include "fake/VirtualClock.h"
 #include "platform/Runtime.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 #include "shell/Maker.h"
 
 namespace tamrix {
