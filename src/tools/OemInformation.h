@@ -9,11 +9,11 @@ namespace tamrix {
 class OemInformationPage {
  public:
   explicit OemInformationPage(Form& form)
-      : TamrixFrm2(&form, {.name = "TamrixFrm2", .caption = "Tamrix Information OEM :", .rect = {120, 120, 6045, 5490},
+      : TamrixFrm2(&form, {.name = "TamrixFrm2", .caption = "Tamrix Information OEM :", .rect = {60, 60, 6165, 5610},
                            .backColor = colors::ButtonFace}),
-        TamrixCmd4(&TamrixFrm2, {.name = "TamrixCmd4", .caption = "&Appliquer", .rect = {2910, 4905, 1455, 420},
+        TamrixCmd4(&TamrixFrm2, {.name = "TamrixCmd4", .caption = "&Appliquer", .rect = {3030, 5025, 1455, 420},
                                  .picture = "apply", .centerPicture = false}),
-        TamrixCmd5(&TamrixFrm2, {.name = "TamrixCmd5", .caption = "&Annuler", .rect = {4470, 4905, 1455, 420},
+        TamrixCmd5(&TamrixFrm2, {.name = "TamrixCmd5", .caption = "&Annuler", .rect = {4590, 5025, 1455, 420},
                                  .picture = "quit", .centerPicture = false}) {}
 
   TamrixFrm TamrixFrm2;

@@ -21,14 +21,14 @@ ScreenResolutionPage::ScreenResolutionPage(Form& form, Platform& platform, std::
       p_(platform),
       ModesEcran(modesEcran),
       IndexMode(indexMode),
-      TamrixFrm5(&form, {.name = "TamrixFrm5", .caption = "Tamrix Résolution :", .rect = {120, 120, 6045, 5490},
+      TamrixFrm5(&form, {.name = "TamrixFrm5", .caption = "Tamrix Résolution :", .rect = {60, 60, 6165, 5610},
                          .backColor = colors::ButtonFace}),
       Label6(&TamrixFrm5, {.name = "Label6", .caption = "La liste des résolution supportées par votre Système :",
-                           .rect = {120, 375, 5805, 210}, .backColor = colors::ButtonFace, .wordWrap = false}),
-      List1(&TamrixFrm5, {.name = "List1", .rect = {120, 660, 5805, 4065}}),
-      Command1(&TamrixFrm5, {.name = "Command1", .caption = "&Changer", .rect = {2910, 4905, 1455, 420},
+                           .rect = {120, 375, 5925, 210}, .backColor = colors::ButtonFace, .wordWrap = false}),
+      List1(&TamrixFrm5, {.name = "List1", .rect = {120, 660, 5925, 4185}}),
+      Command1(&TamrixFrm5, {.name = "Command1", .caption = "&Changer", .rect = {3030, 5025, 1455, 420},
                              .picture = "apply", .centerPicture = false}),
-      TamrixCmd6(&TamrixFrm5, {.name = "TamrixCmd6", .caption = "&Annuler", .rect = {4470, 4905, 1455, 420},
+      TamrixCmd6(&TamrixFrm5, {.name = "TamrixCmd6", .caption = "&Annuler", .rect = {4590, 5025, 1455, 420},
                                .picture = "quit", .centerPicture = false}) {
   Command1.OnClick = [this] { Changer(); };
 }

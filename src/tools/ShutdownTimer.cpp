@@ -22,7 +22,7 @@ double LeadingDigits(const std::string& text) {
 }
 
 Design Choice(const char* name, const char* caption, int top) {
-  return {.name = name, .caption = caption, .rect = {120, top, 5535, 300}, .font = {"Verdana", 9.75},
+  return {.name = name, .caption = caption, .rect = {120, top, 5655, 300}, .font = {"Verdana", 9.75},
           .backColor = colors::ButtonFace};
 }
 
@@ -41,9 +41,9 @@ ShutdownTimerPage::ShutdownTimerPage(Form& form, Platform& platform, Timer& time
     : p_(platform),
       Timer_(timer),
       SecondesRestantes(secondesRestantes),
-      TamrixFrm6(&form, {.name = "TamrixFrm6", .caption = "Tamrix ShutDown Pc :", .rect = {120, 120, 6045, 5490},
+      TamrixFrm6(&form, {.name = "TamrixFrm6", .caption = "Tamrix ShutDown Pc :", .rect = {60, 60, 6165, 5610},
                          .backColor = colors::ButtonFace}),
-      TamrixFrm8(&TamrixFrm6, {.name = "TamrixFrm8", .caption = "Reglez la minutrie :", .rect = {120, 360, 5805, 1230},
+      TamrixFrm8(&TamrixFrm6, {.name = "TamrixFrm8", .caption = "Reglez la minutrie :", .rect = {120, 360, 5925, 1230},
                                .backColor = colors::ButtonFace}),
       Label3(&TamrixFrm8, Unit("Label3", "Heures", 120)),
       Label4(&TamrixFrm8, Unit("Label4", "Minutes", 1095)),
@@ -56,15 +56,15 @@ ShutdownTimerPage::ShutdownTimerPage(Form& form, Platform& platform, Timer& time
       pbtime(&TamrixFrm8, {.name = "pbtime", .rect = {4815, 345, 735, 735}, .font = {"Arial", 8.25},
                            .progressType = 1, .direction = 4}),
       TamrixFrm7(&TamrixFrm6, {.name = "TamrixFrm7", .caption = "Selectionnez une action :",
-                               .rect = {120, 1710, 5805, 1995}, .backColor = colors::ButtonFace}),
+                               .rect = {120, 1710, 5925, 1995}, .backColor = colors::ButtonFace}),
       TamrixOpButton1(&TamrixFrm7, Choice("TamrixOpButton1", "&Eteindre l'ordinateur ", 390)),
       TamrixOpButton2(&TamrixFrm7, Choice("TamrixOpButton2", "&Redémarrer l'ordinateur", 750)),
       TamrixOpButton3(&TamrixFrm7, Choice("TamrixOpButton3", "&Eteindre l'ordinateur (Power-Management)", 1110)),
       TamrixCB1(&TamrixFrm7, {.name = "TamrixCB1", .caption = "Forcez les applications qui ne répond pas",
-                              .rect = {120, 1530, 5535, 300}, .backColor = colors::ButtonFace}),
-      TamrixCmd7(&TamrixFrm6, {.name = "TamrixCmd7", .caption = " &Réduire", .rect = {2910, 4905, 1455, 420},
+                              .rect = {120, 1530, 5655, 300}, .backColor = colors::ButtonFace}),
+      TamrixCmd7(&TamrixFrm6, {.name = "TamrixCmd7", .caption = " &Réduire", .rect = {3030, 5025, 1455, 420},
                                .font = {"Verdana", 9}, .picture = "minimise", .centerPicture = false}),
-      btn0(&TamrixFrm6, {.name = "btn(0)", .caption = "&Quitter", .rect = {4470, 4905, 1455, 420},
+      btn0(&TamrixFrm6, {.name = "btn(0)", .caption = "&Quitter", .rect = {4590, 5025, 1455, 420},
                          .font = {"Verdana", 9}, .picture = "quit", .centerPicture = false}) {
   for (TextBox* box : {&hr, &min, &sec}) {
     box->OnKeyPress = [this](int& keyAscii) { DigitsOnly(keyAscii); };

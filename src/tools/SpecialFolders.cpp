@@ -7,9 +7,9 @@ namespace tamrix {
 namespace {
 
 // Two columns; each row is a label with its box right under it. Twips, relative to TamrixFrm1.
-constexpr int kColumnLeft[2] = {120, 3090};
-constexpr int kColumnWidth = 2835;
-constexpr int kFirstRow = 345, kRowPitch = 495, kLabelH = 210, kBoxH = 270;
+constexpr int kColumnLeft[2] = {105, 3225};
+constexpr int kColumnWidth[2] = {3060, 2895};
+constexpr int kFirstRow = 360, kRowPitch = 510, kLabelH = 210, kBoxH = 270;
 
 int RowTop(int row) { return kFirstRow + (row - 1) * kRowPitch; }
 
@@ -44,9 +44,9 @@ const std::array<SpecialFoldersPage::Row, 19> SpecialFoldersPage::kRows = {{
 
 SpecialFoldersPage::SpecialFoldersPage(Form& form, Platform& platform, const Form& mainWindow)
     : TamrixFrm1(&form, {.name = "TamrixFrm1", .caption = "Dossiers spéciaux de windows :",
-                         .rect = {120, 120, 6045, 5490}, .backColor = colors::ButtonFace}),
+                         .rect = {60, 60, 6165, 5610}, .backColor = colors::ButtonFace}),
       TamrixCmd1(&TamrixFrm1, {.name = "TamrixCmd1", .caption = "&Quitter",
-                               .rect = {kColumnLeft[1] + kColumnWidth - 1215, RowTop(10) + 60, 1215, 375},
+                               .rect = {kColumnLeft[1] + kColumnWidth[1] - 1215, RowTop(10) + 60, 1215, 375},
                                .font = {"Arial", 8.25}, .picture = "quit", .centerPicture = false}),
       mainWindow_(mainWindow),
       p_(platform) {
@@ -54,11 +54,11 @@ SpecialFoldersPage::SpecialFoldersPage(Form& form, Platform& platform, const For
     const int left = kColumnLeft[r.column], top = RowTop(r.row);
     label2_[static_cast<std::size_t>(r.label)] = std::make_unique<Label>(
         &TamrixFrm1, Design{.name = "Label2(" + std::to_string(r.label) + ")", .caption = r.caption,
-                            .rect = {left, top, kColumnWidth, kLabelH}, .backColor = colors::ButtonFace,
+                            .rect = {left, top, kColumnWidth[r.column], kLabelH}, .backColor = colors::ButtonFace,
                             .wordWrap = false});
     chDos_[static_cast<std::size_t>(r.box)] = std::make_unique<TextBox>(
         &TamrixFrm1, Design{.name = "ChDos(" + std::to_string(r.box) + ")",
-                            .rect = {left, top + kLabelH, kColumnWidth, kBoxH}});
+                            .rect = {left, top + kLabelH, kColumnWidth[r.column], kBoxH}});
   }
 }
 
