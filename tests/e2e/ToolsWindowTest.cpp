@@ -237,6 +237,45 @@ TEST_F(ToolsWindowOnWine, TheGuardAsksWhileACountRunsNoKeepsBothWindowsAndTheCou
   EXPECT_TRUE(WaitUntil([&] { return ToolsGone() && MainBackMinimised(); }));
 }
 
+TEST_F(ToolsWindowOnWine, MinimisedTheCountGoesOnAfterANoAMainWindowButtonSwitchesThePageAndStopsIt) {
+  Open("TamrixCmd15");
+  Type("sec", "40");
+  Click("option1");
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(In("pbtime")) && Bar() > 0; }, 5000));
+  Click("TamrixCmd7");
+  ASSERT_TRUE(WaitUntil([&] { return IsIconic(tools) != FALSE; }, 5000));
+  int before = Bar();
+  Sleep(2500);
+  EXPECT_LT(Bar(), before);  // minimised, the count goes on
+
+  PostMessageA(tools, WM_CLOSE, 0, 0);
+  auto box = app.WaitMessageBox();
+  ASSERT_TRUE(box.has_value());
+  App::Answer(*box, IDNO);
+  ASSERT_TRUE(IsWindowVisible(app.Main()));
+  // The main window is back beside the tools window: one of its buttons switches the page of the
+  // window that is still open, and that window's activation stops the count in silence.
+  // The user turns to the main window first, as a click on it does.
+  SetForegroundWindow(app.Main());
+  ASSERT_TRUE(WaitUntil([&] { return GetForegroundWindow() == app.Main(); }, 5000));
+  app.Click("TamrixCmd14");
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(In("TamrixFrm5")) && !IsWindowVisible(In("TamrixFrm6")); }));
+  EXPECT_EQ(ToolsWindow(app.Pid()), tools);  // the same window, not a new one
+  Sleep(1500);
+  int stopped = Bar();
+  Sleep(2500);
+  EXPECT_EQ(Bar(), stopped);
+  EXPECT_GT(stopped, 0);
+  EXPECT_FALSE(app.WaitMessageBox(500).has_value());
+
+  // The count stays, so the close still asks.
+  PostMessageA(tools, WM_CLOSE, 0, 0);
+  box = app.WaitMessageBox();
+  ASSERT_TRUE(box.has_value());
+  App::Answer(*box, IDYES);
+  EXPECT_TRUE(WaitUntil([&] { return ToolsGone() && MainBackMinimised(); }));
+}
+
 TEST_F(ToolsWindowOnWine, TheTimeBoxesTakeDigitsOnlyAndAClearedBoxShowsZeroZero) {
   Open("TamrixCmd15");
   HWND min = In("min");
