@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "fake/ChangeLog.h"
 #include "fake/VirtualClock.h"
 #include "unit/ToolsFixture.h"
@@ -197,10 +199,10 @@ TEST(Form2Window, AnsweringNoLeavesBothWindowsVisibleAndTheCountdownRunning) {
 TEST(Form2Window, AnsweringYesClosesAndTheCountSurvivesSoTheNextCloseAsksAgain) {
   Tools t;
   t.Open(Page::ShutDown);
-  fake::VirtualClock clock(t.w());
+  auto clock = std::make_unique<fake::VirtualClock>(t.w());
   t.w().shutdown.sec.SetText("30");
   t.w().shutdown.option1.Click();
-  clock.Advance(2000);
+  clock->Advance(2000);
   t.p.answers = {mb::IdYes};
   t.w().shutdown.btn0.Click();
   EXPECT_FALSE(t.form2.Loaded());
@@ -208,6 +210,7 @@ TEST(Form2Window, AnsweringYesClosesAndTheCountSurvivesSoTheNextCloseAsksAgain) 
   EXPECT_EQ(t.form1.WindowState(), 1);
   EXPECT_EQ(t.host.requests.back(), "Show Form1");
   EXPECT_EQ(t.form2.SecondesRestantes, 28);
+  clock.reset();  // its timers go with the window's controls at the next opening
 
   t.Open(Page::DossiersSpeciaux);
   EXPECT_FALSE(t.w().Timer.Enabled());  // the abandoned countdown really ended
