@@ -30,6 +30,8 @@ Form2::Window::Window(Form2& owner)
       TamrixFrm5(resolution.TamrixFrm5),
       TamrixFrm6(shutdown.TamrixFrm6),
       fraPerso(perso.fraPerso) {
+  // The controls are made anew from their design at each load, and the window's creation events
+  // come with them.
   OnLoad = [&owner] {
     owner.Form_Initialize();
     owner.Form_Load();
