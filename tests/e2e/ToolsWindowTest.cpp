@@ -176,8 +176,12 @@ TEST_F(ToolsWindowOnWine, EachButtonOpensItsPageAloneHidesTheMainWindowAndItsClo
       EXPECT_EQ(IsWindowVisible(In(frame)) != FALSE, std::string(frame) == page.frame) << frame;
     // The shutdown page opens on its first action; the folder page's icon choice is reset by the
     // special folders' button.
-    if (std::string(page.button) == "TamrixCmd15") EXPECT_EQ(SendMessageA(In("TamrixOpButton1"), BM_GETCHECK, 0, 0), 1);
-    if (std::string(page.button) == "TamrixCmd12") EXPECT_EQ(SendMessageA(In("optDefaut"), BM_GETCHECK, 0, 0), 1);
+    if (std::string(page.button) == "TamrixCmd15") {
+      EXPECT_EQ(SendMessageA(In("TamrixOpButton1"), BM_GETCHECK, 0, 0), 1);
+    }
+    if (std::string(page.button) == "TamrixCmd12") {
+      EXPECT_EQ(SendMessageA(In("optDefaut"), BM_GETCHECK, 0, 0), 1);
+    }
     Shot(std::string("tools-") + page.frame);
     Click(page.close);
     EXPECT_TRUE(WaitUntil([&] { return ToolsGone() && MainBackMinimised(); }));
