@@ -33,67 +33,51 @@ std::string TextOf(HWND h) {
   return Utf8(std::wstring(buf, n));
 }
 
-// The tools window of the process, once it exists (shown or not).
-HWND ToolsWindow(DWORD pid) {
-  struct S {
-    DWORD pid;
-    HWND found;
-  } s{pid, nullptr};
-  EnumWindows(
-      [](HWND h, LPARAM l) -> BOOL {
-        auto* s = reinterpret_cast<S*>(l);
-        DWORD owner = 0;
-        GetWindowThreadProcessId(h, &owner);
-        char cls[64] = {};
-        GetClassNameA(h, cls, sizeof cls);
-        if (owner == s->pid && std::string(cls) == kFormClass && NameOf(h) == "Form2") {
-          s->found = h;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&s));
+struct FormSearch {
+  DWORD pid;
+  std::string name;
+  HWND found;
+};
+
+BOOL CALLBACK FindForm(HWND h, LPARAM l) {
+  auto* s = reinterpret_cast<FormSearch*>(l);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(h, &owner);
+  char cls[64] = {};
+  GetClassNameA(h, cls, sizeof cls);
+  if (owner == s->pid && std::string(cls) == kFormClass && NameOf(h) == s->name) {
+    s->found = h;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+// A top-level form of the process by its design name, once it exists (shown or not).
+HWND FormOf(DWORD pid, const std::string& name) {
+  FormSearch s{pid, name, nullptr};
+  EnumWindows(FindForm, reinterpret_cast<LPARAM>(&s));
   return s.found;
 }
 
-// A top-level form of the process by its design name.
-HWND FormOf(DWORD pid, const std::string& name) {
-  struct S {
-    DWORD pid;
-    std::string name;
-    HWND found;
-  } s{pid, name, nullptr};
-  EnumWindows(
-      [](HWND h, LPARAM l) -> BOOL {
-        auto* s = reinterpret_cast<S*>(l);
-        DWORD owner = 0;
-        GetWindowThreadProcessId(h, &owner);
-        if (owner == s->pid && NameOf(h) == s->name) {
-          s->found = h;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&s));
-  return s.found;
+HWND ToolsWindow(DWORD pid) { return FormOf(pid, "Form2"); }
+
+struct ChildSearch {
+  std::string name;
+  HWND found;
+};
+
+BOOL CALLBACK FindChild(HWND h, LPARAM l) {
+  auto* s = reinterpret_cast<ChildSearch*>(l);
+  if (NameOf(h) == s->name) {
+    s->found = h;
+    return FALSE;
+  }
+  return TRUE;
 }
 
 HWND Child(HWND parent, const std::string& name) {
-  struct S {
-    std::string name;
-    HWND found;
-  } s{name, nullptr};
-  EnumChildWindows(
-      parent,
-      [](HWND h, LPARAM l) -> BOOL {
-        auto* s = reinterpret_cast<S*>(l);
-        if (NameOf(h) == s->name) {
-          s->found = h;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&s));
+  ChildSearch s{name, nullptr};
+  EnumChildWindows(parent, FindChild, reinterpret_cast<LPARAM>(&s));
   return s.found;
 }
 
