@@ -57,7 +57,7 @@ TEST(ShutdownTimer, OneSecondRunsTheActionOnTheFirstTick) {
   EXPECT_EQ(s.p.calls.back(), "ExitWindowsEx(1,0)");
 }
 
-TEST(ShutdownTimer, ZeroGoesToMinusOneGivesTheBarNegativeInfinityAndStillCallsTheAction) {
+TEST(ShutdownTimer, ZeroGoesToMinusOneTheBarTakesTheDivisionByZeroWithoutAFaultAndTheActionStillRuns) {
   Shutdown s;
   s.Launch("00", "00", "00");
   EXPECT_EQ(s.page().pbtime.Tag, "0");
