@@ -9,7 +9,7 @@
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   tamrix::win32::Win32Platform platform;
   tamrix::win32::Binding binding(platform, instance);
-  tamrix::Form1 form1(platform);
+  tamrix::Form1 form1(platform, &binding);
   if (!binding.Show(form1)) return 0;  // a second instance ends here, in silence
   return binding.Run();
 }

@@ -27,7 +27,7 @@ Design Strip(const char* name, const char* caption, int left, int width, const c
 
 }  // namespace
 
-Form1::Form1(Platform& platform)
+Form1::Form1(Platform& platform, FormHost* host)
     : Form({.name = "Form1",
             .caption = " Tamrix Utility 3.0 Pro (Win 9.x - NT4.0 - 2000 - Xp - 2003)",
             .rect = {0, 0, 7860, 6240},
@@ -81,7 +81,8 @@ Form1::Form1(Platform& platform)
       TamrixCmd1(this, {.name = "TamrixCmd1", .caption = "&Quitter", .rect = {6840, 5650, 735, 460}, .font = {"Arial", 8.25},
                         .picture = "quit", .centerPicture = false}),
       Shape1(this, {.name = "Shape1", .rect = {150, 1350, 7560, 4155}, .borderColor = colors::LightGrey}),
-      Shape2(this, {.name = "Shape2", .rect = {150, 5580, 7560, 600}, .borderColor = colors::LightGrey}) {
+      Shape2(this, {.name = "Shape2", .rect = {150, 5580, 7560, 600}, .borderColor = colors::LightGrey}),
+      form2(platform, *this, host) {
   OnLoad = [this] { FormLoad(); };
   Timer1.OnTimer = [this] { homePage.Timer1Tick(); };
   Timer2.OnTimer = [this] { homePage.Timer2Tick(); };
@@ -97,6 +98,17 @@ Form1::Form1(Platform& platform)
   Closed.OnClick = [this] { TamrixCmd1.Click(); };  // the two ways out stay one
 
   WireNavigation();
+  WireTools();
+}
+
+// The five tool buttons of the Windows page open the tools window on their page.
+void Form1::WireTools() {
+  using Page = Form2::Page;
+  windowsPage.TamrixCmd12.OnClick = [this] { form2.OuvrirPageOutil(Page::DossiersSpeciaux); };
+  windowsPage.TamrixCmd13.OnClick = [this] { form2.OuvrirPageOutil(Page::InformationOem); };
+  windowsPage.TamrixCmd14.OnClick = [this] { form2.OuvrirPageOutil(Page::Resolution); };
+  windowsPage.TamrixCmd15.OnClick = [this] { form2.OuvrirPageOutil(Page::ShutDown); };
+  windowsPage.TamrixCmd5.OnClick = [this] { form2.OuvrirPageOutil(Page::Personnalisation); };
 }
 
 // Each button switches its frames in its own order, then starts its page's entry. Note that

@@ -8,6 +8,7 @@
 #include "optimisers/InternetPage.h"
 #include "optimisers/Protection.h"
 #include "optimisers/WindowsPage.h"
+#include "forms/Form2.h"
 #include "platform/Platform.h"
 #include "shell/AboutPage.h"
 #include "shell/Controls.h"
@@ -25,7 +26,8 @@ namespace tamrix {
 
 class Form1 : public Form {
  public:
-  explicit Form1(Platform& platform);
+  // The host gives the tools window its windows; without one it stays windowless.
+  explicit Form1(Platform& platform, FormHost* host = nullptr);
 
  private:
   Platform& p_;
@@ -74,10 +76,13 @@ class Form1 : public Form {
   Shape Shape1;
   Shape Shape2;
 
+  Form2 form2;  // the tools window, for the life of the program
+
  private:
   void FormLoad();
   void DragWindow(int button);
   void WireNavigation();
+  void WireTools();
   // Sets the visibility of frames in the order given: the order is part of the page switch.
   static void ShowPages(std::initializer_list<std::pair<Control*, bool>> rows);
 };

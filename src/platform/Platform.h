@@ -196,6 +196,30 @@ class Platform {
   virtual char TimeSeparator() = 0;
   // The system's word for a Boolean ("Vrai" / "Faux" on a French system).
   virtual std::string BooleanText(bool value) = 0;
+
+  // Tools window: special folders, display modes, shutdown, key filtering.
+  // The fields of a display mode record that the program reads and writes.
+  struct DevMode {
+    std::uint32_t dmFields = 0;
+    std::uint32_t dmBitsPerPel = 0;
+    std::uint32_t dmPelsWidth = 0;
+    std::uint32_t dmPelsHeight = 0;
+    std::uint32_t dmDisplayFrequency = 0;
+  };
+  // The screen's size in twips and the twips of one pixel, each direction.
+  struct ScreenTwips {
+    long width = 0, height = 0;
+    long twipsPerPixelX = 15, twipsPerPixelY = 15;
+  };
+  // 0 on success, with an item list that the caller owns.
+  virtual long SHGetSpecialFolderLocation(WindowHandle owner, int folder, std::uint64_t* itemList) = 0;
+  // A device capability of the window's device context (12: bits per pixel).
+  virtual int GetDeviceCaps(WindowHandle window, int index) = 0;
+  virtual ScreenTwips GetScreenTwips() = 0;
+  // Fills *mode with the mode of that number of the display; false once the numbers run out.
+  virtual bool EnumDisplaySettingsA(std::uint32_t modeNumber, DevMode* mode) = 0;
+  virtual long ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) = 0;
+  virtual bool ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) = 0;
 };
 
 }  // namespace tamrix

@@ -158,6 +158,10 @@ void TextBox::SetText(const std::string& text) {
   if (OnChange) OnChange();
 }
 
+void TextBox::KeyPress(int& keyAscii) {
+  if (OnKeyPress) OnKeyPress(keyAscii);
+}
+
 void ListBase::AddItem(const std::string& item) {
   items_.push_back(item);
   Changed();
@@ -310,8 +314,24 @@ void VScrollBar::SetValue(int v) {
 }
 
 void Form::Unload() {
+  if (OnQueryUnload && !querying_ && loaded_) {
+    querying_ = true;
+    bool cancel = false;
+    try {
+      OnQueryUnload(cancel);
+    } catch (...) {
+      querying_ = false;
+      throw;
+    }
+    querying_ = false;
+    if (cancel || !loaded_) return;  // kept, or already unloaded by the handler itself
+  }
   loaded_ = false;
   Changed();
+}
+
+void Form::Activate() {
+  if (OnActivate) OnActivate();
 }
 
 void Form::SetWindowState(int state) {

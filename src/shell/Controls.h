@@ -76,6 +76,7 @@ struct Design {
   int smallChange = 1;     // scroll bars
   int largeChange = 1;
   int mousePointer = 0;    // 0 the default arrow; 99 the control's own pointer (a pointing hand)
+  int borderStyle = 0;     // forms: 0 no frame (the skin draws its own), 3 a fixed dialog frame
 };
 
 class Control;
@@ -127,6 +128,7 @@ class Control {
   void MouseDown(int button, int shift, int x, int y);
 
   Peer* peer = nullptr;
+  std::string Tag;  // free text that the program keeps on a control
 
  protected:
   void Changed();
@@ -253,6 +255,9 @@ class TextBox : public Control {
   const std::string& Text() const { return Caption(); }
   void SetText(const std::string& text);  // raises the change event when the text changes
   std::function<void()> OnChange;
+  // A typed character, before the box takes it: a handler that sets the code to 0 swallows it.
+  std::function<void(int& keyAscii)> OnKeyPress;
+  void KeyPress(int& keyAscii);
 };
 
 // What the list box and the drop-down list share: items and the chosen index. Setting the index
@@ -384,7 +389,15 @@ class Form : public Control {
   std::function<void()> OnLoad;
   void Load();
 
+  // Every way out of a loaded form asks here first; a handler that sets cancel keeps it loaded.
+  // An unload from within this handler goes through without asking again.
+  std::function<void(bool& cancel)> OnQueryUnload;
+  // The form became the active one of the program's windows (not on a return from another program).
+  std::function<void()> OnActivate;
+  void Activate();
+
  private:
+  bool querying_ = false;
   bool loaded_ = false;
   int windowState_ = 0;
   int mousePointer_ = 0;

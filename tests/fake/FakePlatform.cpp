@@ -695,4 +695,45 @@ std::uint32_t FakePlatform::mixerGetLineInfoA(MixerHandle handle, MixerLine* lin
   return 0;
 }
 
+// Tools window: special folders, display modes, shutdown, key filtering.
+long FakePlatform::SHGetSpecialFolderLocation(WindowHandle owner, int folder, std::uint64_t* itemList) {
+  calls.push_back("SHGetSpecialFolderLocation(" + Hex(owner) + "," + std::to_string(folder) + ")");
+  auto it = specialFolders.find(folder);
+  if (it == specialFolders.end()) {
+    *itemList = 0;
+    return static_cast<long>(0x80070057);  // E_INVALIDARG, as for a folder this system lacks
+  }
+  *itemList = nextItemList_++;
+  itemLists_[*itemList] = it->second;
+  return 0;
+}
+
+int FakePlatform::GetDeviceCaps(WindowHandle window, int index) {
+  calls.push_back("GetDeviceCaps(" + Hex(window) + "," + std::to_string(index) + ")");
+  return index == 12 ? bitsPerPixel : 0;
+}
+
+bool FakePlatform::EnumDisplaySettingsA(std::uint32_t modeNumber, DevMode* mode) {
+  calls.push_back("EnumDisplaySettingsA(" + std::to_string(modeNumber) + ")");
+  if (modeNumber >= displayModes.size()) return false;
+  *mode = displayModes[modeNumber];
+  return true;
+}
+
+long FakePlatform::ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) {
+  calls.push_back("ChangeDisplaySettingsA(" + std::to_string(mode.dmPelsWidth) + "x" + std::to_string(mode.dmPelsHeight) +
+                  "x" + std::to_string(mode.dmBitsPerPel) + "," + std::to_string(flags) + ")");
+  changes.emplace_back(mode, flags);
+  if (changeResults.empty()) return 0;
+  long r = changeResults.front();
+  changeResults.pop_front();
+  return r;
+}
+
+bool FakePlatform::ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) {
+  calls.push_back("ExitWindowsEx(" + std::to_string(flags) + "," + std::to_string(reserved) + ")");
+  exitCalls.push_back(flags);
+  return false;  // refused, as a process without the shutdown privilege is
+}
+
 }  // namespace tamrix::fake

@@ -187,6 +187,21 @@ class FakePlatform : public Platform {
   std::string BooleanText(bool value) override { return value ? trueWord : falseWord; }
   static std::string Lower(std::string s);
 
+  // Tools window: special folders, display modes, shutdown, key filtering.
+  std::map<int, std::string> specialFolders;  // by folder number; a number left out is refused
+  int bitsPerPixel = 32;
+  ScreenTwips screen{1024 * 15, 768 * 15, 15, 15};
+  std::vector<DevMode> displayModes;          // the driver's modes, in its order
+  std::deque<long> changeResults;             // ChangeDisplaySettingsA's answers, 0 when none is left
+  std::vector<std::pair<DevMode, std::uint32_t>> changes;  // every mode asked for, with its flags
+  std::vector<std::uint32_t> exitCalls;       // the flags of every ExitWindowsEx
+  long SHGetSpecialFolderLocation(WindowHandle owner, int folder, std::uint64_t* itemList) override;
+  int GetDeviceCaps(WindowHandle window, int index) override;
+  ScreenTwips GetScreenTwips() override { return screen; }
+  bool EnumDisplaySettingsA(std::uint32_t modeNumber, DevMode* mode) override;
+  long ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) override;
+  bool ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) override;
+
  private:
   struct Key {
     std::vector<std::pair<std::string, Value>> values;  // in the order of creation

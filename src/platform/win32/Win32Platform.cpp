@@ -8,6 +8,7 @@
 #include <mmsystem.h>
 #include <wbemidl.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "platform/Runtime.h"
@@ -575,6 +576,54 @@ char Win32Platform::TimeSeparator() {
   char buf[8] = {};
   GetLocaleInfoA(LOCALE_USER_DEFAULT, LOCALE_STIME, buf, sizeof buf);
   return buf[0] ? buf[0] : ':';
+}
+
+// Tools window: special folders, display modes, shutdown, key filtering.
+long Win32Platform::SHGetSpecialFolderLocation(WindowHandle owner, int folder, std::uint64_t* itemList) {
+  PIDLIST_ABSOLUTE list = nullptr;
+  HRESULT hr = ::SHGetSpecialFolderLocation(ToHwnd(owner), folder, &list);
+  *itemList = SUCCEEDED(hr) ? reinterpret_cast<ULONG_PTR>(list) : 0;
+  return hr;
+}
+
+int Win32Platform::GetDeviceCaps(WindowHandle window, int index) {
+  HWND hwnd = ToHwnd(window);
+  HDC dc = ::GetDC(hwnd);
+  int value = ::GetDeviceCaps(dc, index);
+  ::ReleaseDC(hwnd, dc);
+  return value;
+}
+
+// As the toolkit's screen object gives them: a pixel is 1440 / dpi twips, a whole number.
+Platform::ScreenTwips Win32Platform::GetScreenTwips() {
+  HDC dc = ::GetDC(nullptr);
+  long perX = 1440 / std::max(1, ::GetDeviceCaps(dc, LOGPIXELSX));
+  long perY = 1440 / std::max(1, ::GetDeviceCaps(dc, LOGPIXELSY));
+  ::ReleaseDC(nullptr, dc);
+  return {::GetSystemMetrics(SM_CXSCREEN) * perX, ::GetSystemMetrics(SM_CYSCREEN) * perY, perX, perY};
+}
+
+bool Win32Platform::EnumDisplaySettingsA(std::uint32_t modeNumber, DevMode* mode) {
+  DEVMODEA dm{};
+  dm.dmSize = sizeof dm;
+  if (!::EnumDisplaySettingsA(nullptr, modeNumber, &dm)) return false;
+  *mode = {dm.dmFields, dm.dmBitsPerPel, dm.dmPelsWidth, dm.dmPelsHeight, dm.dmDisplayFrequency};
+  return true;
+}
+
+long Win32Platform::ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) {
+  DEVMODEA dm{};
+  dm.dmSize = sizeof dm;
+  dm.dmFields = mode.dmFields;
+  dm.dmBitsPerPel = mode.dmBitsPerPel;
+  dm.dmPelsWidth = mode.dmPelsWidth;
+  dm.dmPelsHeight = mode.dmPelsHeight;
+  dm.dmDisplayFrequency = mode.dmDisplayFrequency;
+  return ::ChangeDisplaySettingsA(&dm, flags);
+}
+
+bool Win32Platform::ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) {
+  return ::ExitWindowsEx(flags, reserved) != FALSE;
 }
 
 }  // namespace tamrix::win32

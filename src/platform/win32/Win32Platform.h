@@ -71,6 +71,14 @@ class Win32Platform : public Platform {
   char DecimalSign() override;
   char TimeSeparator() override;
   std::string BooleanText(bool value) override;
+
+  // Tools window: special folders, display modes, shutdown, key filtering.
+  long SHGetSpecialFolderLocation(WindowHandle owner, int folder, std::uint64_t* itemList) override;
+  int GetDeviceCaps(WindowHandle window, int index) override;
+  ScreenTwips GetScreenTwips() override;
+  bool EnumDisplaySettingsA(std::uint32_t modeNumber, DevMode* mode) override;
+  long ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) override;
+  bool ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) override;
 };
 
 }  // namespace tamrix::win32

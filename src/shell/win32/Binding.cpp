@@ -90,6 +90,7 @@ class WindowPeer : public Peer {
   bool pressed = false;
   bool tracking = false;
   bool shownOnce = false;
+  bool activatedOnce = false;
   UINT_PTR timerId = 0;
   int timerInterval = 0;  // the interval the Win32 timer runs at, 0 when it is off
   HWND formWindow = nullptr;  // timers tick on their form's window
@@ -159,6 +160,9 @@ void WindowPeer::Refresh(Control& c) {
       windowState = f.WindowState();
       if (shownOnce) ShowWindow(hwnd, windowState == 1 ? SW_MINIMIZE : SW_RESTORE);
     }
+    // A form made visible again keeps its state: a minimised one comes back minimised.
+    if (shownOnce && (IsWindowVisible(hwnd) != FALSE) != c.Visible())
+      ShowWindow(hwnd, !c.Visible() ? SW_HIDE : windowState == 1 ? SW_SHOWMINNOACTIVE : SW_SHOWNA);
     if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
     SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
     if (f.MousePointer() != mousePointer) {
@@ -275,6 +279,26 @@ void WindowPeer::Notify(UINT msg, WPARAM wParam) {
   }
 }
 
+namespace {
+
+// A text box with a key-press handler sees each typed character first; a code set to 0 is
+// swallowed.
+LRESULT CALLBACK KeyPressProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR data) {
+  if (msg == WM_CHAR) {
+    auto* p = reinterpret_cast<WindowPeer*>(data);
+    auto& box = static_cast<TextBox&>(p->control);
+    int key = static_cast<unsigned char>(wParam);
+    p->binding.Invoke([&] { box.KeyPress(key); });
+    if (key == 0) return 0;
+    wParam = static_cast<unsigned char>(key);
+  } else if (msg == WM_NCDESTROY) {
+    RemoveWindowSubclass(hwnd, KeyPressProc, id);
+  }
+  return DefSubclassProc(hwnd, msg, wParam, lParam);
+}
+
+}  // namespace
+
 Binding::Binding(Platform& platform, HINSTANCE instance)
     : platform_(platform), instance_(instance), resources_(instance) {
   INITCOMMONCONTROLSEX icc{sizeof icc, ICC_WIN95_CLASSES};
@@ -336,6 +360,8 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
     p->hwnd = CreateWindowExA(0, toolkit, text.c_str(), style, Px(t.left), Px(t.top), Px(t.width), height, parent,
                               nullptr, instance_, nullptr);
     SetWindowLongPtrA(p->hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(p));
+    if (c.kind() == Kind::TextBox && static_cast<TextBox&>(c).OnKeyPress)
+      SetWindowSubclass(p->hwnd, KeyPressProc, 1, reinterpret_cast<DWORD_PTR>(p));
     SendMessageA(p->hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(resources_.Font(c.design().font)), FALSE);
     p->Refresh(c);
   } else {
@@ -350,16 +376,23 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
   for (Control* child : c.Children()) Create(*child, p->hwnd, form);
 }
 
-bool Binding::Show(Form& form) {
+HWND Binding::CreateFormWindow(Form& form) {
   auto peer = std::make_unique<WindowPeer>(*this, form, form);
   WindowPeer* p = peer.get();
   peers_.push_back(std::move(peer));
 
-  const int w = Px(form.Rect().width), h = Px(form.Rect().height);
+  // The skin's main window draws its own frame; a fixed dialog frame is the platform's, with a
+  // caption and a close box but neither minimise nor maximise, around the designed client area.
+  const bool dialog = form.design().borderStyle == 3;
+  const DWORD style = dialog ? WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN
+                             : WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+  const DWORD exStyle = WS_EX_APPWINDOW | (dialog ? WS_EX_DLGMODALFRAME : 0);
+  RECT frame{0, 0, Px(form.Rect().width), Px(form.Rect().height)};
+  if (dialog) AdjustWindowRectEx(&frame, style, FALSE, exStyle);
+  const int w = frame.right - frame.left, h = frame.bottom - frame.top;
   const int x = (GetSystemMetrics(SM_CXSCREEN) - w) / 2, y = (GetSystemMetrics(SM_CYSCREEN) - h) / 2;
-  HWND hwnd = CreateWindowExA(WS_EX_APPWINDOW, kFormClass, ToAnsi(form.Caption()).c_str(),
-                              WS_POPUP | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN, x, y, w, h, nullptr, nullptr,
-                              instance_, p);
+  HWND hwnd = CreateWindowExA(exStyle, kFormClass, ToAnsi(form.Caption()).c_str(), style, x, y, w, h, nullptr,
+                              nullptr, instance_, p);
   ++liveForms_;
   p->hwnd = hwnd;
   p->formWindow = hwnd;
@@ -370,13 +403,53 @@ bool Binding::Show(Form& form) {
                               CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, hwnd, nullptr, instance_, nullptr);
   SetPropA(hwnd, "TamrixTips", tips);
   for (Control* child : form.Children()) Create(*child, hwnd, form);
+  return hwnd;
+}
 
+bool Binding::Show(Form& form) {
+  HWND hwnd = CreateFormWindow(form);
   Invoke([&] { form.Load(); });
   if (!form.Loaded()) return false;
-  p->shownOnce = true;
+  static_cast<WindowPeer*>(form.peer)->shownOnce = true;
   ShowWindow(hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
   UpdateWindow(hwnd);
   return true;
+}
+
+void Binding::LoadForm(Form& form) {
+  auto* p = dynamic_cast<WindowPeer*>(form.peer);
+  if (!p || !p->hwnd) CreateFormWindow(form);
+  form.Load();  // inside the caller's handler: a fault here is the caller's
+}
+
+void Binding::ShowForm(Form& form) {
+  auto* p = dynamic_cast<WindowPeer*>(form.peer);
+  if (!p || !p->hwnd) return;
+  if (!p->shownOnce) {
+    p->shownOnce = true;
+    ShowWindow(p->hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
+    UpdateWindow(p->hwnd);
+  } else {
+    ShowWindow(p->hwnd, SW_SHOW);  // a minimised window stays minimised
+  }
+  SetForegroundWindow(p->hwnd);
+}
+
+bool Binding::IsFormWindow(HWND window) const {
+  if (!window) return false;
+  for (const auto& peer : peers_)
+    if (peer->hwnd == window && &peer->control == &peer->form) return true;
+  return false;
+}
+
+// A form's controls may be made anew at its next load: their peers go with its window.
+void Binding::FormWindowGone(Form& form) {
+  std::erase_if(peers_, [&form](const std::unique_ptr<WindowPeer>& peer) {
+    if (&peer->form != &form) return false;
+    if (peer->control.peer == peer.get()) peer->control.peer = nullptr;
+    return true;
+  });
+  FormGone();
 }
 
 bool Binding::AccessKey(HWND window, char key) {
@@ -575,6 +648,16 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
     case WM_CLOSE:
       b.Invoke([&] { form.Unload(); });
       return 0;
+    case WM_ACTIVATE:
+      // The form's activation, as the toolkit raises it: when it is first shown, and when it takes
+      // over from another of the program's forms; not on a return from another program, nor from
+      // one of its own message boxes.
+      if (LOWORD(wParam) != WA_INACTIVE &&
+          (!p->activatedOnce || b.IsFormWindow(reinterpret_cast<HWND>(lParam)))) {
+        p->activatedOnce = true;
+        b.Invoke([&] { form.Activate(); });
+      }
+      break;
     case WM_NCDESTROY:
       p->hwnd = nullptr;
       for (auto& peer : b.peers_)
@@ -582,8 +665,8 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
           peer->hwnd = nullptr;
           peer->formWindow = nullptr;
         }
-      b.FormGone();
-      break;
+      b.FormWindowGone(form);  // p is gone from here on
+      return DefWindowProcA(hwnd, msg, wParam, lParam);
     default:
       break;
   }

@@ -11,19 +11,23 @@
 
 #include "platform/Platform.h"
 #include "shell/Controls.h"
+#include "shell/FormHost.h"
 #include "shell/win32/Painting.h"
 
 namespace tamrix::win32 {
 
 class WindowPeer;
 
-class Binding {
+class Binding : public FormHost {
  public:
   Binding(Platform& platform, HINSTANCE instance);
   ~Binding();
 
   // Makes the form's windows, runs its load, and shows it unless the load unloaded it.
   bool Show(Form& form);
+  // A second form: its windows and its load now, shown modeless later, as often as it is loaded.
+  void LoadForm(Form& form) override;
+  void ShowForm(Form& form) override;
   // The message loop, until the last form is gone.
   int Run();
 
@@ -36,6 +40,9 @@ class Binding {
  private:
   friend class WindowPeer;
   void Create(Control& control, HWND parent, Form& form);
+  HWND CreateFormWindow(Form& form);
+  bool IsFormWindow(HWND window) const;
+  void FormWindowGone(Form& form);
   bool AccessKey(HWND window, char key);
   static LRESULT CALLBACK FormProc(HWND, UINT, WPARAM, LPARAM);
   static LRESULT CALLBACK ControlProc(HWND, UINT, WPARAM, LPARAM);

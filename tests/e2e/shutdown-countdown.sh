@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# The end of a shutdown countdown on Wine, watched from outside. In a prefix made for it alone,
+# tamrix.exe arms 00:00:03 with the first action ("&Eteindre l'ordinateur "), whose end calls
+# ExitWindowsEx with flags 1; every process of the prefix must then end, tamrix.exe included.
+# In a second fresh prefix the third action (which calls nothing) is armed the same way, and the
+# prefix must still be running well after the count went past zero.
+# Prints one line per check and ends with status 0 only when both hold.
+set -uo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+cd "$root" || exit 1
+# shellcheck source=scripts/wine-env.sh
+source scripts/wine-env.sh
+tamrix_env
+trap stop_all EXIT
+start_xvfb || exit 1
+
+exe=build/win64/e2e_tests.exe
+[[ -f $exe && -f build/win64/tamrix.exe ]] || { echo "FAIL build/win64 has no e2e_tests.exe or tamrix.exe"; exit 1; }
+failed=0
+
+# arm ACTION PREFIX: a fresh prefix, the countdown armed in it; prints the seconds since the epoch
+# at which the arming test returned.
+arm() {
+  local action=$1 prefix=$2
+  [[ -d $prefix ]] && stop_prefix "$prefix"
+  rm -rf "$prefix"
+  make_prefix "$prefix" || { echo "FAIL wineboot for $prefix"; return 1; }
+  WINEPREFIX=$prefix TAMRIX_SHUTDOWN_ACTION=$action \
+    TAMRIX_EXE=$(WINEPREFIX=$prefix winepath -w "$root/build/win64/tamrix.exe" 2>/dev/null) \
+    wine "$exe" --gtest_filter='ShutdownCountdownArmed.*' >"$prefix.log" 2>&1
+  if ! grep -q '\[  PASSED  \] 1 test' "$prefix.log"; then
+    echo "FAIL arming $action (see $prefix.log)"
+    return 1
+  fi
+}
+
+# The first action: Wine is asked to shut down, and every process of the prefix ends.
+prefix=$root/build/shutdown-prefix
+if arm TamrixOpButton1 "$prefix"; then
+  armed=$(tamrix_now_ms)
+  if WINEPREFIX=$prefix timeout 60 wineserver -w; then
+    took=$(($(tamrix_now_ms) - armed))
+    if ((took < 2500)); then
+      echo "FAIL first action: the prefix ended $(tamrix_fmt_ms $took) after arming, before the count reached zero"
+      failed=1
+    else
+      echo "PASS first action: every process of the prefix ended $(tamrix_fmt_ms $took) after arming 00:00:03"
+    fi
+  else
+    echo "FAIL first action: the prefix still ran 60 s after arming 00:00:03"
+    failed=1
+  fi
+else
+  failed=1
+fi
+stop_prefix "$prefix"
+
+# The third action: nothing is called, and the prefix runs on.
+prefix=$root/build/shutdown-prefix-none
+if arm TamrixOpButton3 "$prefix"; then
+  if WINEPREFIX=$prefix timeout 12 wineserver -w; then
+    echo "FAIL third action: the prefix ended, though nothing asks it to"
+    failed=1
+  else
+    echo "PASS third action: the prefix still runs 12 s after arming 00:00:03"
+  fi
+else
+  failed=1
+fi
+stop_prefix "$prefix"
+rm -rf "$root/build/shutdown-prefix" "$root/build/shutdown-prefix-none"
+((failed)) || rm -f "$root"/build/shutdown-prefix*.log
+exit $failed
