@@ -6,7 +6,7 @@
 #include "fake/FakePlatform.h"
 #include "platform/Module1.h"
 #include "platform/Runtime.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 namespace {
 

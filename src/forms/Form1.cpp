@@ -1,4 +1,4 @@
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 #include "platform/Runtime.h"
 

@@ -6,7 +6,7 @@
 #include "fake/FakePlatform.h"
 #include "fake/VirtualClock.h"
 #include "optimisers/InternetOptimiser.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 namespace tamrix {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "fake/ChangeLog.h"
 #include "fake/FakePlatform.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 namespace tamrix {
 namespace {

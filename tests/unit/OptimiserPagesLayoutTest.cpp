@@ -5,7 +5,7 @@
 
 #include "fake/FakePlatform.h"
 #include "fake/LayoutCheck.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 namespace tamrix {
 namespace {

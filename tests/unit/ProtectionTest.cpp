@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "fake/FakePlatform.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 namespace tamrix {
 namespace {

@@ -4,7 +4,7 @@
 
 #include "fake/FakePlatform.h"
 #include "platform/Ini.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 namespace tamrix {
 namespace {

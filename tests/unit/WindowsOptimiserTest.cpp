@@ -7,7 +7,7 @@
 #include "fake/VirtualClock.h"
 #include "optimisers/WindowsOptimiser.h"
 #include "platform/Ini.h"
-#include "shell/Form1.h"
+#include "forms/Form1.h"
 
 namespace tamrix {
 namespace {
