@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <cctype>
+#include <cmath>
 
 #include "platform/win32/Ansi.h"
 #include "shell/Dispatch.h"
@@ -68,7 +69,7 @@ std::string Appearance(Control& c) {
       add(static_cast<OptionBase&>(c).Selected());
       break;
     case Kind::TamrixPBar:
-      add(static_cast<long long>(static_cast<TamrixPBar&>(c).Value() * 1000));
+      add(static_cast<long long>(static_cast<TamrixPBar&>(c).Shown() * 1000));
       break;
     default:
       break;
@@ -386,6 +387,15 @@ int Binding::Run() {
 
 namespace {
 
+// A bar's value as the message gives it: times 100, rounded; NaN reads 0 and the infinities the
+// largest counts, so that no value the pages set makes the conversion undefined.
+LRESULT BarValueTimes100(double value) {
+  if (std::isnan(value)) return 0;
+  const double limit = 9.0e15;
+  const double v = std::round(value * 100);
+  return static_cast<LRESULT>(v > limit ? limit : v < -limit ? -limit : v);
+}
+
 WindowPeer* PeerOf(HWND hwnd, UINT msg, LPARAM lParam) {
   if (msg == WM_NCCREATE) {
     auto* p = static_cast<WindowPeer*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
@@ -463,7 +473,7 @@ bool AnswerQuery(WindowPeer& p, UINT msg, LRESULT* result) {
       *result = static_cast<LRESULT>(c.kind() == Kind::TamrixCmd ? static_cast<TamrixCmd&>(c).FaceColor() : c.BackColor());
       return true;
     case kMsgGetBarValue:
-      *result = c.kind() == Kind::TamrixPBar ? static_cast<LRESULT>(static_cast<TamrixPBar&>(c).Value() * 100) : 0;
+      *result = c.kind() == Kind::TamrixPBar ? BarValueTimes100(static_cast<TamrixPBar&>(c).Value()) : 0;
       return true;
     case kMsgIsShown:
       *result = c.Visible() ? 1 : 0;
