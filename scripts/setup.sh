@@ -83,8 +83,8 @@ wine32_note=build/wine32-missing
 has_wine32() { [[ -x /usr/lib/wine/wine ]] && dpkg-query -W -f='${db:Status-Status}\n' wine32:i386 2>/dev/null | grep -qx installed; }
 wine32_missing() {
   mkdir -p build
-  printf '%s\n' "$1" >"$wine32_note"
-  say "32-bit Wine: $1"
+  printf '32-bit Wine not installed: %s\n' "$1" >"$wine32_note"
+  say "32-bit Wine not installed: $1; ${2:-the 32-bit suites are skipped}"
 }
 i386_packages() { dpkg-query -W -f='${binary:Package} ${db:Status-Status}\n' 2>/dev/null | awk '$1 ~ /:i386$/ && $2 == "installed" {print $1}' | sort; }
 
@@ -95,11 +95,11 @@ try_wine32() {
     return 0
   fi
   if ((EUID != 0)); then
-    wine32_missing "not installed; as root run: dpkg --add-architecture i386 && apt-get update && apt-get install wine32:i386"
+    wine32_missing "setup is not run as root" "as root run: dpkg --add-architecture i386 && apt-get update && apt-get install wine32:i386"
     return 0
   fi
   if [[ -f $wine32_note ]] && (($(date +%s) - $(stat -c %Y "$wine32_note") < 3600)); then
-    say "32-bit Wine: $(cat "$wine32_note") (tried less than an hour ago)"
+    say "$(cat "$wine32_note") (tried less than an hour ago); the 32-bit suites are skipped"
     return 0
   fi
   if ! dpkg --print-foreign-architectures | grep -qx i386; then
@@ -132,6 +132,6 @@ try_wine32() {
     apt-get "${apt_opts[@]}" update >>"$log" 2>&1 || true
   fi
   rm -f "$log"
-  wine32_missing "not installed: $reason; the machine is left as it was and the 32-bit suites are skipped"
+  wine32_missing "$reason" "the machine is left as it was and the 32-bit suites are skipped"
 }
 try_wine32

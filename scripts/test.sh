@@ -37,7 +37,7 @@ note() {
   total_passed=$((total_passed + p))
   total_failed=$((total_failed + f))
   total_skipped=$((total_skipped + s))
-  line=$(printf '%-14s %5d passed, %3d failed, %3d skipped  %9s' "$name" "$p" "$f" "$s" "$(tamrix_fmt_ms "$ms")")
+  line=$(printf '%-16s %5d passed, %3d failed, %3d skipped  %9s' "$name" "$p" "$f" "$s" "$(tamrix_fmt_ms "$ms")")
   [[ -n $remark ]] && line+="  $remark"
   summary+=("$line")
   printf '\n== %s\n\n' "$line"
@@ -121,7 +121,7 @@ for tree in native win64 win32; do
   if ! bash scripts/build.sh -k "$tree"; then
     note "build/$tree" 0 1 0 $(($(tamrix_now_ms) - start)) "BUILD FAILED (errors above)"
   else
-    summary+=("$(printf '%-14s built in %s' "build/$tree" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+    summary+=("$(printf '%-16s built in %s' "build/$tree" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   fi
 done
 
@@ -146,7 +146,7 @@ fi
 # behaviour fails the run.
 start=$(tamrix_now_ms)
 if bash scripts/build.sh -k -t unit_tests asan; then
-  summary+=("$(printf '%-14s built in %s' "build/asan" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+  summary+=("$(printf '%-16s built in %s' "build/asan" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   suite native-asan asan unit_tests build/asan/unit_tests "$results/native-asan.xml" \
     build/asan/unit_tests --gtest_output="xml:$results/native-asan.xml"
 else
@@ -170,7 +170,7 @@ if ((wine_ready)); then
   echo "==== making the Wine prefix build/test-prefix"
   start=$(tamrix_now_ms)
   if make_prefix "$prefix"; then
-    summary+=("$(printf '%-14s made in %s' "wine prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+    summary+=("$(printf '%-16s made in %s' "wine prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   else
     note "wine prefix" 0 1 0 $(($(tamrix_now_ms) - start)) "wineboot failed"
     wine_ready=0
@@ -224,9 +224,9 @@ wine32_reason=
 if [[ -x /usr/lib/wine/wine ]]; then
   wine32_ready=1
 else
-  wine32_reason=$(cat build/wine32-missing 2>/dev/null || echo "32-bit Wine (wine32:i386) is not installed")
+  wine32_reason=$(cat build/wine32-missing 2>/dev/null || echo "32-bit Wine not installed (wine32:i386)")
 fi
-skipped32() { note "$1" 0 0 1 0 "SKIPPED, not run: $wine32_reason"; }
+skipped32() { note "$1" 0 0 1 0 "SKIPPED: $wine32_reason"; }
 
 wine_suite wine-unit win64 unit_tests wine-unit.xml
 wine_suite wine-platform win64 wine_tests wine-platform.xml
