@@ -99,6 +99,11 @@ class WindowPeer : public Peer {
   bool updating = false;                  // keeps our own writes from echoing back as user input
   std::string painted;                    // what the window last showed of its control
   std::vector<std::string> shownItems;    // the list as the window holds it
+  bool childrenPending = false;           // a container whose controls get windows when it shows
+
+  // Makes the windows of a container's controls the first time it is to be seen, and so on down
+  // for the containers among them that are to be seen too.
+  void MakeChildrenIfShown();
 
   // A notification of a toolkit window (edit, list, drop-down, scroll bar) about the user's doing.
   void Notify(UINT msg, WPARAM wParam);
@@ -109,6 +114,14 @@ class WindowPeer : public Peer {
 
 // The window of a control's container, where a windowless control is drawn.
 HWND ContainerWindow(Control& c);
+
+void WindowPeer::MakeChildrenIfShown() {
+  if (!childrenPending || !control.Visible()) return;
+  childrenPending = false;
+  for (Control* child : control.Children()) binding.Create(*child, hwnd, form);
+  for (Control* child : control.Children())
+    if (auto* peer = dynamic_cast<WindowPeer*>(child->peer)) peer->MakeChildrenIfShown();
+}
 
 void WindowPeer::Refresh(Control& c) {
   if (c.kind() == Kind::Timer) {
@@ -152,6 +165,7 @@ void WindowPeer::Refresh(Control& c) {
   const Twips& t = c.Rect();
   if (r.left != Px(t.left) || r.top != Px(t.top) || r.right - r.left != Px(t.width) || r.bottom - r.top != Px(t.height))
     SetWindowPos(hwnd, nullptr, Px(t.left), Px(t.top), Px(t.width), Px(t.height), SWP_NOZORDER | SWP_NOACTIVATE);
+  MakeChildrenIfShown();
   bool visible = (GetWindowLongA(hwnd, GWL_STYLE) & WS_VISIBLE) != 0;
   if (visible != c.Visible()) ShowWindow(hwnd, c.Visible() ? SW_SHOWNA : SW_HIDE);
   if (IsOwnDrawn(c.kind())) {
@@ -278,7 +292,17 @@ void Binding::FormGone() {
   if (--liveForms_ == 0) PostQuitMessage(0);
 }
 
+// Timers tick on their form's window whether their container is seen or not: they are made with
+// the form, wherever they stand.
+void Binding::CreateTimers(Control& c, Form& form) {
+  for (Control* child : c.Children()) {
+    if (child->kind() == Kind::Timer) Create(*child, nullptr, form);
+    CreateTimers(*child, form);
+  }
+}
+
 void Binding::Create(Control& c, HWND parent, Form& form) {
+  if (c.peer) return;  // a timer, made ahead of its container's controls
   auto peer = std::make_unique<WindowPeer>(*this, c, form);
   WindowPeer* p = peer.get();
   peers_.push_back(std::move(peer));
@@ -325,6 +349,13 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
     ti.lpszText = p->tipAnsi.data();
     SendMessageA(tips, TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
   }
+  // A container's controls get their windows when it is first to be seen: at start-up the user
+  // waits only for the windows of the page the form's load leaves showing.
+  if (c.kind() == Kind::TamrixFrm || c.kind() == Kind::Frame || c.kind() == Kind::PictureBox) {
+    p->childrenPending = true;
+    CreateTimers(c, form);
+    return;
+  }
   for (Control* child : c.Children()) Create(*child, p->hwnd, form);
 }
 
@@ -351,6 +382,8 @@ bool Binding::Show(Form& form) {
 
   Invoke([&] { form.Load(); });
   if (!form.Loaded()) return false;
+  for (Control* child : form.Children())
+    if (auto* peer = dynamic_cast<WindowPeer*>(child->peer)) peer->MakeChildrenIfShown();
   p->shownOnce = true;
   ShowWindow(hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
   UpdateWindow(hwnd);

@@ -36,6 +36,7 @@ class Binding {
  private:
   friend class WindowPeer;
   void Create(Control& control, HWND parent, Form& form);
+  void CreateTimers(Control& container, Form& form);
   bool AccessKey(HWND window, char key);
   static LRESULT CALLBACK FormProc(HWND, UINT, WPARAM, LPARAM);
   static LRESULT CALLBACK ControlProc(HWND, UINT, WPARAM, LPARAM);
