@@ -1,6 +1,6 @@
 # The two everyday commands: `make run` and `make test`. They install what is
 # missing on a Debian machine (as root), so nothing needs setting up first.
-.PHONY: build run test clean fuzz bench
+.PHONY: build run test clean fuzz bench dist
 
 build:
 	bash scripts/build.sh
@@ -12,10 +12,13 @@ test:
 	bash scripts/test.sh
 
 clean:
-	rm -rf build
+	rm -rf build dist
 
 fuzz:
 	bash scripts/fuzz.sh
 
 bench:
 	bash scripts/bench.sh
+
+dist:
+	bash scripts/dist.sh

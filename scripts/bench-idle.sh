@@ -7,8 +7,8 @@
 # usage: scripts/bench-idle.sh [--seconds N] [--settle N] [--exe PATH]
 #   --seconds N  length of each measurement (default 30)
 #   --settle N   wait after the main window appears, before measuring (default 5)
-#   --exe PATH   the tamrix.exe to measure (default build/win64/tamrix.exe,
-#                built first when it is missing)
+#   --exe PATH   a tamrix.exe to measure; give it twice to measure both builds
+#                (default build/win64/tamrix.exe, built first when it is missing)
 #
 # Both programs run in one throw-away prefix on a private Xvfb, one after the
 # other. The share is the process's user + system time (/proc/PID/stat) over
@@ -25,20 +25,21 @@ usage() { sed -n '2,19s/^# \{0,1\}//p' "${BASH_SOURCE[0]}" >&2; }
 
 seconds=30
 settle=5
-exe=$root/build/win64/tamrix.exe
+exes=()
 while (($#)); do
   case $1 in
     --seconds) seconds=${2:?}; shift ;;
     --settle) settle=${2:?}; shift ;;
-    --exe) exe=$(cd "$(dirname "${2:?}")" && pwd)/$(basename "$2"); shift ;;
+    --exe) exes+=("$(cd "$(dirname "${2:?}")" && pwd)/$(basename "$2")"); shift ;;
     -h | --help) usage; exit 0 ;;
     *) printf 'bench-idle.sh: unknown argument "%s"\n' "$1" >&2; usage; exit 2 ;;
   esac
   shift
 done
 
-if [[ ! -f $exe ]]; then
-  bash scripts/build.sh -t tamrix win64
+if ((${#exes[@]} == 0)); then
+  exes=("$root/build/win64/tamrix.exe")
+  [[ -f ${exes[0]} ]] || bash scripts/build.sh -t tamrix win64
 fi
 
 # shellcheck source=scripts/wine-env.sh
@@ -143,5 +144,7 @@ measure() {
 
 echo "idle CPU share under Wine over ${seconds} s, one core = 100 % ($(wine --version 2>/dev/null))"
 # The main window's caption starts with a blank: " Tamrix Utility 3.0 Pro (Win 9.x ...".
-measure tamrix.exe '"[[:space:]]*Tamrix Utility 3\.0 Pro' "$exe"
+for exe in "${exes[@]}"; do
+  measure "$(basename "$(dirname "$exe")")/tamrix" '"[[:space:]]*Tamrix Utility 3\.0 Pro' "$exe"
+done
 measure notepad.exe '"[^"]*(Bloc-notes|Notepad)' notepad.exe

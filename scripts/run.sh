@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
-# Builds tamrix.exe for x86_64 and starts it under Wine, in French, in the
-# private prefix build/wineprefix (made on first use; ~/.wine is never used).
+# Builds tamrix.exe and starts it under Wine, in French, in the private prefix
+# build/wineprefix (made on first use; ~/.wine is never used). Where 32-bit Wine
+# is present it is the i686 program, the one whose figures are the program's
+# own; otherwise the x86_64 one, which shows the same figures.
 # On a working X display the program simply opens there. Without one, it runs
 # on a private Xvfb: a screenshot of its main window is saved and its path
 # printed, and the program keeps running until it ends or Ctrl-C.
@@ -10,7 +12,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
 bash scripts/setup.sh
-bash scripts/build.sh -t tamrix win64
+tree=win64
+[[ -x /usr/lib/wine/wine ]] && tree=win32
+bash scripts/build.sh -t tamrix "$tree"
 
 # shellcheck source=scripts/wine-env.sh
 source scripts/wine-env.sh
@@ -40,24 +44,29 @@ if [[ -f $lock ]] && read -r first_pid first_display <"$lock" && tamrix_alive "$
   export WINEPREFIX=$prefix DISPLAY=$first_display
   echo "Tamrix Utility is already running (make run, pid $first_pid, display $first_display)"
   rc=0
-  wine "$root/build/win64/tamrix.exe" || rc=$?
+  wine "$root/build/$tree/tamrix.exe" || rc=$?
   echo "the second start ended (status $rc) without a window of its own"
   exit "$rc"
 fi
-exe=$root/build/win64/tamrix.exe
+exe=$root/build/$tree/tamrix.exe
 shot=build/screenshots/run-main-window.png
 # The main window's caption starts with a blank: " Tamrix Utility 3.0 Pro (Win 9.x ...".
 caption_re='"[[:space:]]*Tamrix Utility 3\.0 Pro'
 
 # A prefix is kept only once wineboot has finished in it; a half-made one
-# (an interrupted first run) is made again.
-if [[ -f $prefix/.tamrix-ready ]]; then
+# (an interrupted first run) is made again, and so is one made before 32-bit
+# Wine came, which lacks the 32-bit half of Windows.
+wines=wine64
+[[ $tree == win32 ]] && wines=wine32
+made_with=
+[[ -f $prefix/.tamrix-ready ]] && made_with=$(cat "$prefix/.tamrix-ready") && made_with=${made_with:-wine64}
+if [[ $made_with == "$wines" ]]; then
   use_prefix "$prefix"
 else
   echo "making the Wine prefix build/wineprefix (once, about 20 s)"
   rm -rf "$prefix"
   make_prefix "$prefix"
-  touch "$prefix/.tamrix-ready"
+  echo "$wines" >"$prefix/.tamrix-ready"
 fi
 export WINEPREFIX=$prefix
 
@@ -65,7 +74,7 @@ start_pulse
 
 if display_usable; then
   echo "$$ $DISPLAY" >"$lock"
-  echo "starting tamrix.exe on $DISPLAY"
+  echo "starting build/$tree/tamrix.exe on $DISPLAY"
   # In the background and waited for, so that Ctrl-C reaches our trap at
   # once: a Windows GUI program does not end on SIGINT by itself.
   wine "$exe" &
@@ -78,7 +87,7 @@ fi
 
 start_xvfb --force
 echo "$$ $DISPLAY" >"$lock"
-echo "no X display: tamrix.exe runs on a private Xvfb ($DISPLAY)"
+echo "no X display: build/$tree/tamrix.exe runs on a private Xvfb ($DISPLAY)"
 wine "$exe" &
 app_pid=$!
 

@@ -37,7 +37,7 @@ note() {
   total_passed=$((total_passed + p))
   total_failed=$((total_failed + f))
   total_skipped=$((total_skipped + s))
-  line=$(printf '%-14s %5d passed, %3d failed, %3d skipped  %9s' "$name" "$p" "$f" "$s" "$(tamrix_fmt_ms "$ms")")
+  line=$(printf '%-16s %5d passed, %3d failed, %3d skipped  %9s' "$name" "$p" "$f" "$s" "$(tamrix_fmt_ms "$ms")")
   [[ -n $remark ]] && line+="  $remark"
   summary+=("$line")
   printf '\n== %s\n\n' "$line"
@@ -121,7 +121,7 @@ for tree in native win64 win32; do
   if ! bash scripts/build.sh -k "$tree"; then
     note "build/$tree" 0 1 0 $(($(tamrix_now_ms) - start)) "BUILD FAILED (errors above)"
   else
-    summary+=("$(printf '%-14s built in %s' "build/$tree" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+    summary+=("$(printf '%-16s built in %s' "build/$tree" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   fi
 done
 
@@ -133,11 +133,20 @@ else
   missing native-unit "build/native/unit_tests (the tree is not configured)"
 fi
 
+# The 32-bit program's import table against the functions Windows XP SP3 exports.
+if [[ -f build/native/build.ninja ]]; then
+  TAMRIX_I686_EXE=$root/build/win32/tamrix.exe \
+    suite exe-imports native exe_tests build/native/exe_tests "$results/exe-imports.xml" \
+    build/native/exe_tests --gtest_output="xml:$results/exe-imports.xml"
+else
+  missing exe-imports "build/native/exe_tests (the tree is not configured)"
+fi
+
 # The same tests once more with AddressSanitizer and UBSan: a leak, an overflow or undefined
 # behaviour fails the run.
 start=$(tamrix_now_ms)
 if bash scripts/build.sh -k -t unit_tests asan; then
-  summary+=("$(printf '%-14s built in %s' "build/asan" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+  summary+=("$(printf '%-16s built in %s' "build/asan" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   suite native-asan asan unit_tests build/asan/unit_tests "$results/native-asan.xml" \
     build/asan/unit_tests --gtest_output="xml:$results/native-asan.xml"
 else
@@ -161,7 +170,7 @@ if ((wine_ready)); then
   echo "==== making the Wine prefix build/test-prefix"
   start=$(tamrix_now_ms)
   if make_prefix "$prefix"; then
-    summary+=("$(printf '%-14s made in %s' "wine prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
+    summary+=("$(printf '%-16s made in %s' "wine prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   else
     note "wine prefix" 0 1 0 $(($(tamrix_now_ms) - start)) "wineboot failed"
     wine_ready=0
@@ -172,37 +181,73 @@ export WINEPREFIX=$prefix
 # Windows path of a Unix path (its directory must exist).
 winpath() { winepath -w "$1" 2>/dev/null; }
 
+# wine_suite NAME TREE TARGET XML: one gtest executable of build/TREE under Wine.
 wine_suite() {
-  local name=$1 target=$2 xml=$results/$3
-  local exe=build/win64/$target.exe
+  local name=$1 tree=$2 target=$3 xml=$results/$4
+  local exe=build/$tree/$target.exe
   if ((!wine_ready)); then
     note "$name" 0 1 0 0 "not run: no Wine environment (see above)"
     return
   fi
-  if [[ ! -f build/win64/build.ninja ]]; then
-    missing "$name" "$exe (build/win64 is not configured)"
+  if [[ ! -f build/$tree/build.ninja ]]; then
+    missing "$name" "$exe (build/$tree is not configured)"
     return
   fi
-  suite "$name" win64 "$target" "$exe" "$xml" wine "$exe" --gtest_output="xml:$(winpath "$root/$xml")"
+  suite "$name" "$tree" "$target" "$exe" "$xml" wine "$exe" --gtest_output="xml:$(winpath "$root/$xml")"
   # Whatever the suite left running in the prefix ends here, so that the
   # next suite starts from a quiet prefix.
   stop_prefix "$prefix"
 }
 
-wine_suite wine-unit unit_tests wine-unit.xml
-wine_suite wine-platform wine_tests wine-platform.xml
+# e2e_suite NAME TREE XML [FILTER]: the end-to-end tests of build/TREE against that tree's tamrix.exe.
+e2e_suite() {
+  local name=$1 tree=$2 xml=$3 filter=${4:-}
+  if ((wine_ready)) && [[ -f build/$tree/build.ninja ]] && ! ninja -C "build/$tree" tamrix tamrix-etat >"$results/$name.tamrix.ninja.log" 2>&1; then
+    note "$name" 0 1 0 0 "not run: build/$tree/tamrix.exe or tamrix-etat.exe does not build (errors above)"
+    return
+  fi
+  rm -f "$results/$name.tamrix.ninja.log"
+  TAMRIX_EXE=$(winpath "$root/build/$tree/tamrix.exe")
+  # The 64-bit pictures stand in build/screenshots, the 32-bit ones in build/screenshots/win32.
+  local shot_dir=$shots
+  [[ $tree == win32 ]] && shot_dir=$shots/win32
+  TAMRIX_SHOTS=$(winpath "$root/$shot_dir")
+  export TAMRIX_EXE TAMRIX_SHOTS
+  [[ -n $filter ]] && export GTEST_FILTER=$filter
+  wine_suite "$name" "$tree" e2e_tests "$xml"
+  unset TAMRIX_EXE TAMRIX_SHOTS GTEST_FILTER
+}
+
+# The 32-bit suites need 32-bit Wine; without it they are skipped, with the reason setup gave.
+wine32_ready=0
+wine32_reason=
+if [[ -x /usr/lib/wine/wine ]]; then
+  wine32_ready=1
+else
+  wine32_reason=$(cat build/wine32-missing 2>/dev/null || echo "32-bit Wine not installed (wine32:i386)")
+fi
+skipped32() { note "$1" 0 0 1 0 "SKIPPED: $wine32_reason"; }
+
+wine_suite wine-unit win64 unit_tests wine-unit.xml
+wine_suite wine-platform win64 wine_tests wine-platform.xml
+if ((wine32_ready)); then
+  wine_suite wine32-unit win32 unit_tests wine32-unit.xml
+  wine_suite wine32-platform win32 wine_tests wine32-platform.xml
+else
+  skipped32 wine32-unit
+  skipped32 wine32-platform
+fi
 
 rm -rf "$shots"
-mkdir -p "$shots"
-if ((wine_ready)) && [[ -f build/win64/build.ninja ]] && ! ninja -C build/win64 tamrix tamrix-etat >"$results/tamrix.ninja.log" 2>&1; then
-  note e2e 0 1 0 0 "not run: tamrix.exe or tamrix-etat.exe does not build (errors above)"
+mkdir -p "$shots/win32"
+e2e_suite e2e win64 e2e.xml
+if ((wine32_ready)); then
+  # The 32-bit program runs the scenarios that differ between the builds: its memory figures,
+  # the pages that show them, start-up and the switching of pages. The rest is the same code
+  # on both, and running it twice would take make test past half an hour.
+  e2e_suite e2e32 win32 e2e32.xml 'HomePage.*:TestLabInfo.*:MainWindow.*:Navigation.*'
 else
-  rm -f "$results/tamrix.ninja.log"
-  TAMRIX_EXE=$(winpath "$root/build/win64/tamrix.exe")
-  TAMRIX_SHOTS=$(winpath "$root/$shots")
-  export TAMRIX_EXE TAMRIX_SHOTS
-  wine_suite e2e e2e_tests e2e.xml
-  unset TAMRIX_EXE TAMRIX_SHOTS
+  skipped32 e2e32
 fi
 
 # The shutdown countdown's end reaches Wine's real ExitWindowsEx: in prefixes of its own, watched
@@ -218,7 +263,7 @@ if ((wine_ready)); then
   note e2e-shutdown "$p" "$f" 0 $(($(tamrix_now_ms) - start))
 fi
 shopt -s nullglob
-for bmp in "$shots"/*.bmp; do
+for bmp in "$shots"/*.bmp "$shots"/*/*.bmp; do
   if convert "$bmp" "${bmp%.bmp}.png"; then
     rm -f "$bmp"
   else

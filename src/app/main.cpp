@@ -2,8 +2,8 @@
 // long as one of its windows does.
 #include <windows.h>
 
-#include "platform/win32/Win32Platform.h"
 #include "forms/Form1.h"
+#include "platform/win32/Win32Platform.h"
 #include "shell/win32/Binding.h"
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {

@@ -60,8 +60,8 @@ struct RectPx {
   long left = 0, top = 0, right = 0, bottom = 0;
 };
 
-// The memory status record as a 32-bit program receives it: every count in bytes fits 32 bits,
-// and a count of 4 GB or more reads as all ones, as the platform reports an overflow.
+// The memory status record as a 32-bit program that is not large-address-aware receives it:
+// physical and virtual counts capped at 2 GB - 1, the page file's just under 4 GB (Memory32.h).
 struct MemoryStatus {
   std::uint32_t dwLength = 0;
   std::uint32_t dwMemoryLoad = 0;

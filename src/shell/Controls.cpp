@@ -137,10 +137,13 @@ void OptionBase::Click() {
 }
 
 void TamrixPBar::SetValue(double v) {
-  if (std::isnan(v) || v < 0) v = 0;
-  if (v > 100) v = 100;
   value_ = v;
   Changed();
+}
+
+double TamrixPBar::Shown() const {
+  if (std::isnan(value_) || value_ < 0) return 0;
+  return value_ > 100 ? 100 : value_;
 }
 
 void Timer::SetInterval(int ms) {

@@ -230,9 +230,11 @@ class OptionButton : public OptionBase {
 class TamrixPBar : public Control {
  public:
   TamrixPBar(Control* parent, Design d) : Control(parent, Kind::TamrixPBar, std::move(d)) {}
+  // The value as it was given, fraction, overflow and all: pages read it back and add to it.
   double Value() const { return value_; }
-  // Any value is taken without a fault; the bar keeps it within 0..100 (NaN counts as 0).
   void SetValue(double v);
+  // What the bar paints: the value kept within 0..100, NaN as 0.
+  double Shown() const;
 
  private:
   double value_ = 0;

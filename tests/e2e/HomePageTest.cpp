@@ -53,12 +53,24 @@ std::string Between(const std::string& s, const std::string& prefix, const std::
   return s.substr(prefix.size(), s.size() - prefix.size() - suffix.size());
 }
 
-// The physical total as a 32-bit program reads it: 4 GB or more is all ones.
-std::uint32_t TotalPhys32() {
-  MEMORYSTATUS m{};
+// What the system gives a 32-bit program that is not large-address-aware, from the wide counts:
+// physical memory capped at 2 GB - 1, the page-file total at 4 GB - 512 KB - 1, and a virtual
+// space of 2 GB less 128 KB. Both builds of the program must show these.
+MEMORYSTATUSEX Wide() {
+  MEMORYSTATUSEX m{};
   m.dwLength = sizeof m;
-  GlobalMemoryStatus(&m);
-  return m.dwTotalPhys > 0xFFFFFFFFu ? 0xFFFFFFFFu : static_cast<std::uint32_t>(m.dwTotalPhys);
+  GlobalMemoryStatusEx(&m);
+  return m;
+}
+std::uint32_t TotalPhys32() { return static_cast<std::uint32_t>(std::min<DWORDLONG>(Wide().ullTotalPhys, 0x7FFFFFFF)); }
+std::uint32_t TotalPageFile32() {
+  return static_cast<std::uint32_t>(std::min<DWORDLONG>(Wide().ullTotalPageFile, 0xFFF7FFFF));
+}
+constexpr std::uint32_t kTotalVirtual32 = 0x7FFE0000;
+
+// Whole megabytes of a count read as signed, halves to even, as the lines show them.
+std::string SignedMegabytes(std::uint32_t bytes) {
+  return std::to_string(static_cast<long long>(std::nearbyint(static_cast<std::int32_t>(bytes) / 1048576.0)));
 }
 
 // Megabytes of the signed count plus one, rounded half away from zero.
@@ -88,10 +100,13 @@ class HomePage : public ::testing::Test {
     std::string used = Between(app.Text("lcd2"), "Mémoire utilisée:     ", " Mo");
     EXPECT_TRUE(IsNumber(used, sign)) << app.Text("lcd2");
     EXPECT_EQ(app.Text("lcd3"), "Mémoire Vive Totale:     " + TotalText() + " Mo");
-    EXPECT_TRUE(IsWhole(Between(app.Text("l1"), "Mémoire Virtuelle : ", " Mo"))) << app.Text("l1");
-    EXPECT_TRUE(IsWhole(Between(app.Text("l2"), "Mémoire Virtuelle libre : ", " Mo"))) << app.Text("l2");
+    EXPECT_EQ(app.Text("l1"), "Mémoire Virtuelle : " + SignedMegabytes(kTotalVirtual32) + " Mo");
+    const std::string freeVirtual = Between(app.Text("l2"), "Mémoire Virtuelle libre : ", " Mo");
+    ASSERT_TRUE(IsWhole(freeVirtual)) << app.Text("l2");
+    // The program holds far less than 512 MB of its 2 GB space.
+    EXPECT_GT(std::stoi(freeVirtual), 1536) << app.Text("l2");
     EXPECT_TRUE(IsWhole(Between(app.Text("l3"), "Mémoire Virtuelle occupée : ", " Mo"))) << app.Text("l3");
-    EXPECT_TRUE(IsWhole(Between(app.Text("l4"), "Taille du fichier de pagination : ", " Mo"))) << app.Text("l4");
+    EXPECT_EQ(app.Text("l4"), "Taille du fichier de pagination : " + SignedMegabytes(TotalPageFile32()) + " Mo");
     EXPECT_TRUE(IsWhole(Between(app.Text("l5"), "dont : ", " Mo libres"))) << app.Text("l5");
     EXPECT_TRUE(IsWhole(Between(app.Text("l6"), "dont : ", " Mo chargés"))) << app.Text("l6");
   }

@@ -1,5 +1,6 @@
-// Every navigation and sub-page button of the real window, the frames each one leaves visible,
-// the hover colour of the flat strip, and a picture of every page.
+// Every navigation and sub-page button of the real window, the frames each one leaves visible
+// and on top, as the windows on the screen say, the hover colour of the flat strip, and a
+// picture of every page.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -14,26 +15,56 @@ namespace {
 const std::vector<std::string> kPages = {"Frame4", "Frame1", "Frame2", "Frame3", "Propos", "frmprot"};
 const std::vector<std::string> kSubPages = {"FrmBios", "fwindows", "pc", "disque", "FrmCpu", "Frmson"};
 
+// The direct child of `container` that the user sees at a point of the screen: the deepest
+// window there, followed up to that level.
+HWND FrameSeenAt(HWND container, POINT screen) {
+  HWND h = WindowFromPoint(screen);
+  while (h && GetParent(h) != container) h = GetParent(h);
+  return h;
+}
+
+// The middle of a frame, in screen coordinates.
+POINT Middle(HWND frame) {
+  RECT r;
+  GetWindowRect(frame, &r);
+  return {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
+}
+
 class Navigation : public ::testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(app.Start()); }
+  // Whether the frame's real window is visible, its parents included.
+  bool Visible(const std::string& name) { return IsWindowVisible(app.Find(name)) != FALSE; }
+  // The frame on top at the middle of `frame`, as the screen answers and as the container's
+  // own children, skipping the hidden ones, answer.
+  void ExpectOnTop(const std::string& container, const std::string& frame) {
+    HWND parent = app.Find(container), top = app.Find(frame);
+    ASSERT_NE(parent, nullptr) << container;
+    ASSERT_NE(top, nullptr) << frame;
+    POINT screen = Middle(top);
+    EXPECT_EQ(FrameSeenAt(parent, screen), top) << frame << " is not what the screen shows";
+    POINT client = screen;
+    ScreenToClient(parent, &client);
+    EXPECT_EQ(ChildWindowFromPointEx(parent, client, CWP_SKIPINVISIBLE), top) << frame << " is not the top frame";
+  }
   void TearDown() override {
     if (app.Running()) {
       app.Click("TamrixCmd1");
       app.WaitExit();
     }
   }
-  // Clicks and waits until the expected page is the only one shown.
+  // Clicks and waits until the expected page's window is the only one visible, and on top.
   void Go(const std::string& button, const std::string& page) {
     app.Click(button);
     ASSERT_TRUE(WaitUntil([&] {
       for (const auto& p : kPages)
-        if (app.Shown(p) != (p == page)) return false;
+        if (Visible(p) != (p == page)) return false;
       return true;
     })) << button;
+    ExpectOnTop("Form1", page);
   }
   void ExpectSubPages(const std::map<std::string, bool>& expected) {
-    for (const auto& [name, shown] : expected) EXPECT_EQ(app.Shown(name), shown) << name;
+    for (const auto& [name, shown] : expected) EXPECT_EQ(Visible(name), shown) << name;
   }
   App app;
 };
@@ -55,21 +86,27 @@ TEST_F(Navigation, EachPageButtonShowsItsPageAlone) {
 TEST_F(Navigation, TestLabAlwaysLandsOnTheWindowsSubPage) {
   Go("sys", "Frame3");
   ExpectSubPages({{"fwindows", true}, {"FrmBios", false}, {"FrmCpu", false}, {"Frmson", false}, {"disque", false}});
+  ExpectOnTop("Frame3", "fwindows");
   app.Click("TamrixCmd11");
-  ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frmson"); }));
+  ASSERT_TRUE(WaitUntil([&] { return Visible("Frmson"); }));
+  ExpectOnTop("Frame3", "Frmson");
   Go("command3", "Frame4");
   Go("sys", "Frame3");
   ExpectSubPages({{"fwindows", true}, {"FrmBios", false}, {"FrmCpu", false}, {"Frmson", false}, {"disque", false}});
+  ExpectOnTop("Frame3", "fwindows");
 }
 
 TEST_F(Navigation, TestLabLeavesThePcSubPageBehindTheWindowsOne) {
   Go("sys", "Frame3");
   app.Click("command2");
-  ASSERT_TRUE(WaitUntil([&] { return app.Shown("pc") && !app.Shown("fwindows"); }));
+  ASSERT_TRUE(WaitUntil([&] { return Visible("pc") && !Visible("fwindows"); }));
+  ExpectOnTop("Frame3", "pc");
   Go("win", "Frame1");
   Go("sys", "Frame3");
-  EXPECT_TRUE(app.Shown("fwindows"));
-  EXPECT_TRUE(app.Shown("pc"));  // untouched by sys, behind fwindows
+  EXPECT_TRUE(Visible("fwindows"));
+  EXPECT_TRUE(Visible("pc"));  // untouched by sys, behind fwindows
+  ExpectOnTop("Frame3", "fwindows");
+  Screenshot("subpage-pc-behind-fwindows");
 }
 
 TEST_F(Navigation, EachSubPageButtonShowsItsSubPageAlone) {
@@ -82,10 +119,11 @@ TEST_F(Navigation, EachSubPageButtonShowsItsSubPageAlone) {
     app.Click(button);
     ASSERT_TRUE(WaitUntil([&] {
       for (const auto& s : kSubPages)
-        if (app.Shown(s) != (s == sub)) return false;
+        if (Visible(s) != (s == sub)) return false;
       return true;
     })) << button;
-    EXPECT_TRUE(app.Shown("Frame3"));
+    EXPECT_TRUE(Visible("Frame3"));
+    ExpectOnTop("Frame3", sub);
     Screenshot("subpage-" + sub);
   }
 }

@@ -3,6 +3,8 @@
 // win98 and the system board's enumeration key made for the scenario.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -112,12 +114,13 @@ void DeleteValue(HKEY hive, const std::string& path, const std::string& name) {
   RegCloseKey(k);
 }
 
-// The memory figure of the PC page for this machine, as a 32-bit program reads the total.
+// The memory figure of the PC page for this machine, from the total a 32-bit program that is
+// not large-address-aware is given: the real one, capped at 2 GB - 1.
 int MemoryFigure() {
-  MEMORYSTATUS m{};
+  MEMORYSTATUSEX m{};
   m.dwLength = sizeof m;
-  GlobalMemoryStatus(&m);
-  std::uint32_t total = m.dwTotalPhys > 0xFFFFFFFFu ? 0xFFFFFFFFu : static_cast<std::uint32_t>(m.dwTotalPhys);
+  GlobalMemoryStatusEx(&m);
+  std::uint32_t total = static_cast<std::uint32_t>(std::min<DWORDLONG>(m.ullTotalPhys, 0x7FFFFFFF));
   double v = static_cast<std::int32_t>(total) / 1048576.0 + 1;
   return static_cast<int>(std::copysign(std::floor(std::fabs(v) + 0.5), v));
 }

@@ -163,6 +163,34 @@ TEST_F(WindowsOptimiserOnWine, UntickingAfterTheRunWritesIntoSystemIniAndConfigD
   EXPECT_EQ(ReadWholeFile(config.path()).value_or(""), "[opti]\r\nbmp=1\r\ndvd=0\r\nopen=0\r\n");
 }
 
+// Quitting while the show runs: the timer simply stops with the window, and the program ends
+// as it always does, with nothing left on the screen.
+TEST_F(WindowsOptimiserOnWine, QuitButtonRightAfterTheClickEndsTheProgramWithTheShowStarted) {
+  snapshot->CreateKeys();
+  OpenPage();
+  app.Click("command6");
+  // The window stays open to the user until the first tick, half a second later.
+  app.Click("TamrixCmd1");
+  EXPECT_TRUE(app.WaitExit(15000));
+  EXPECT_EQ(app.ExitCode(), 0u);
+  // The click ran to its end before the quit: the catalogue is written.
+  auto v = ReadValue(LM, "System\\CurrentControlSet\\control\\FileSystem\\CDFS", "Prefetch");
+  ASSERT_TRUE(v);
+  EXPECT_EQ(AsRowData(*v), "1792");
+}
+
+TEST_F(WindowsOptimiserOnWine, ClosingTheShutWindowWhileTheShowRunsEndsTheProgramCleanly) {
+  OpenPage();
+  OptimiseAndWaitForTheFirstTick();
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(app.Find("TamrixPBar1")) != FALSE; }, 5000));
+  Screenshot("windows-show-running");
+  // The user cannot reach a disabled window; the system can: the task list's "End task" and
+  // the end of a session ask it to close.
+  PostMessageA(app.Main(), WM_CLOSE, 0, 0);
+  EXPECT_TRUE(app.WaitExit(15000));
+  EXPECT_EQ(app.ExitCode(), 0u);
+}
+
 class ShellTogglesOnWine : public WindowsOptimiserOnWine {};
 
 TEST_F(ShellTogglesOnWine, ConfigDllBesideTheExeHoldsOptiWithTheKeysInTheOrderFirstWritten) {

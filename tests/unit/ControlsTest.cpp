@@ -70,18 +70,30 @@ TEST(Controls, SelectingAnOptionFromCodeRaisesItsClickOnlyWhenItWasNotSelected) 
   EXPECT_EQ(page.a.Value(), 0);
 }
 
-TEST(Controls, BarTakesFractionsAndKeepsWithinZeroToHundred) {
+TEST(Controls, BarKeepsTheValueItIsGivenFractionAndAll) {
   Page page;
   page.bar.SetValue(37.25);
   EXPECT_DOUBLE_EQ(page.bar.Value(), 37.25);
-  page.bar.SetValue(130);
-  EXPECT_DOUBLE_EQ(page.bar.Value(), 100);
+  EXPECT_DOUBLE_EQ(page.bar.Shown(), 37.25);
+}
+
+TEST(Controls, BarKeepsAValueOutOfRangeAndPaintsItWithinZeroToHundred) {
+  Page page;
+  page.bar.SetValue(102.5);
+  EXPECT_DOUBLE_EQ(page.bar.Value(), 102.5);  // read back as set, so 99 + 3 reaches past 100
+  EXPECT_DOUBLE_EQ(page.bar.Shown(), 100);
   page.bar.SetValue(-3);
-  EXPECT_DOUBLE_EQ(page.bar.Value(), 0);
-  page.bar.SetValue(std::nan(""));
-  EXPECT_DOUBLE_EQ(page.bar.Value(), 0);
+  EXPECT_DOUBLE_EQ(page.bar.Value(), -3);
+  EXPECT_DOUBLE_EQ(page.bar.Shown(), 0);
   page.bar.SetValue(std::numeric_limits<double>::infinity());
-  EXPECT_DOUBLE_EQ(page.bar.Value(), 100);
+  EXPECT_DOUBLE_EQ(page.bar.Shown(), 100);
+}
+
+TEST(Controls, BarGivenNaNPaintsEmpty) {
+  Page page;
+  page.bar.SetValue(std::nan(""));
+  EXPECT_TRUE(std::isnan(page.bar.Value()));
+  EXPECT_DOUBLE_EQ(page.bar.Shown(), 0);
 }
 
 TEST(Controls, FlatButtonTakesTheHoverColourUnderThePointerAndGivesItBack) {

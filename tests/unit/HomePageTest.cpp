@@ -229,7 +229,9 @@ TEST_F(HomeFixture, ThreeGigabyteMachineShowsNegativeFigures) {
   EXPECT_EQ(page.l4.Caption(), "Taille du fichier de pagination : -512 Mo");
   EXPECT_EQ(page.l5.Caption(), "dont : -1096 Mo libres");
   EXPECT_EQ(page.l6.Caption(), "dont : 584 Mo chargés");
-  EXPECT_DOUBLE_EQ(page.TamrixPBar2.Value(), 100);  // 150 %, kept within the bar's range
+  // 150 %: the bar keeps it as given, and only its painting stops at a full dial.
+  EXPECT_DOUBLE_EQ(page.TamrixPBar2.Value(), -1536.0 / -1023 * 100);
+  EXPECT_DOUBLE_EQ(page.TamrixPBar2.Shown(), 100);
 }
 
 TEST_F(HomeFixture, OverflowValueOfABigMachineShowsAsItIs) {
@@ -243,6 +245,23 @@ TEST_F(HomeFixture, OverflowValueOfABigMachineShowsAsItIs) {
   EXPECT_EQ(page.l1.Caption(), "Mémoire Virtuelle : 0 Mo");
   EXPECT_EQ(page.l3.Caption(), "Mémoire Virtuelle occupée : 0 Mo");
   EXPECT_EQ(page.TamrixPBar2.Value(), 0);
+}
+
+TEST_F(HomeFixture, TwentyFourGigabyteMachineShowsWhatAThirtyTwoBitProgramIsGiven) {
+  // The record both builds give on a machine of 24 GB: physical memory at 2 GB - 1, the page
+  // file at its caps, a 2 GB address space of which the program holds 7 MB.
+  p.decimalSign = ',';
+  p.memory = {32, 4, 0x7FFFFFFFu, 0x7FFFFFFFu, 0xFFF7FFFFu, 0xFFFFFFFFu, 0x7FFE0000u, 0x7FFE0000u - 7 * MB};
+  Tick();
+  EXPECT_EQ(page.lcd3.Caption(), "Mémoire Vive Totale:     2049 Mo");
+  EXPECT_EQ(page.lcd1.Caption(), "Mémoire libre:         2048,0Mo");
+  EXPECT_EQ(page.lcd2.Caption(), "Mémoire utilisée:     1 Mo");
+  EXPECT_EQ(page.l1.Caption(), "Mémoire Virtuelle : 2048 Mo");
+  EXPECT_EQ(page.l2.Caption(), "Mémoire Virtuelle libre : 2041 Mo");
+  EXPECT_EQ(page.l3.Caption(), "Mémoire Virtuelle occupée : 7 Mo");
+  EXPECT_EQ(page.l4.Caption(), "Taille du fichier de pagination : -1 Mo");  // just under 4 GB, read signed
+  EXPECT_EQ(page.l5.Caption(), "dont : 0 Mo libres");
+  EXPECT_EQ(page.l6.Caption(), "dont : -1 Mo chargés");
 }
 
 TEST_F(HomeFixture, TotalTextOfZeroEndsTheTickInTheDivisionFault) {

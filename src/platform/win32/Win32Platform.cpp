@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/Memory32.h"
 #include "platform/Runtime.h"
 #include "platform/win32/Ansi.h"
 
@@ -179,18 +180,22 @@ std::uint32_t Win32Platform::GetSystemDirectoryA(std::string* buffer, std::uint3
 }
 
 MemoryStatus Win32Platform::GlobalMemoryStatus(std::uint32_t length) {
+#ifdef _WIN64
+  // The 64-bit build reads the wide counts and shows what the 32-bit build is given.
+  MEMORYSTATUSEX e{};
+  e.dwLength = sizeof e;
+  ::GlobalMemoryStatusEx(&e);
+  return AsThirtyTwoBitProgramSees({e.dwMemoryLoad, e.ullTotalPhys, e.ullAvailPhys, e.ullTotalPageFile,
+                                    e.ullAvailPageFile, e.ullTotalVirtual, e.ullAvailVirtual},
+                                   length);
+#else
+  // The 32-bit build shows what the system gives it, as it gives it.
   MEMORYSTATUS m{};
   m.dwLength = sizeof m;
   ::GlobalMemoryStatus(&m);
-  auto clamp = [](SIZE_T v) { return static_cast<std::uint32_t>(v > 0xFFFFFFFFu ? 0xFFFFFFFFu : v); };
-  return {length,
-          m.dwMemoryLoad,
-          clamp(m.dwTotalPhys),
-          clamp(m.dwAvailPhys),
-          clamp(m.dwTotalPageFile),
-          clamp(m.dwAvailPageFile),
-          clamp(m.dwTotalVirtual),
-          clamp(m.dwAvailVirtual)};
+  return {length,           m.dwMemoryLoad,    m.dwTotalPhys,    m.dwAvailPhys,
+          m.dwTotalPageFile, m.dwAvailPageFile, m.dwTotalVirtual, m.dwAvailVirtual};
+#endif
 }
 
 OsVersion Win32Platform::GetVersionExA(std::uint32_t size) {

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <cctype>
+#include <cmath>
 
 #include "platform/win32/Ansi.h"
 #include "shell/Dispatch.h"
@@ -68,7 +69,7 @@ std::string Appearance(Control& c) {
       add(static_cast<OptionBase&>(c).Selected());
       break;
     case Kind::TamrixPBar:
-      add(static_cast<long long>(static_cast<TamrixPBar&>(c).Value() * 1000));
+      add(static_cast<long long>(static_cast<TamrixPBar&>(c).Shown() * 1000));
       break;
     default:
       break;
@@ -100,6 +101,11 @@ class WindowPeer : public Peer {
   bool updating = false;                  // keeps our own writes from echoing back as user input
   std::string painted;                    // what the window last showed of its control
   std::vector<std::string> shownItems;    // the list as the window holds it
+  bool childrenPending = false;           // a container whose controls get windows when it shows
+
+  // Makes the windows of a container's controls the first time it is to be seen, and so on down
+  // for the containers among them that are to be seen too.
+  void MakeChildrenIfShown();
 
   // A notification of a toolkit window (edit, list, drop-down, scroll bar) about the user's doing.
   void Notify(UINT msg, WPARAM wParam);
@@ -128,6 +134,14 @@ void WindowPeer::SyncToolTip(Control& c) {
   ti.uId = reinterpret_cast<UINT_PTR>(hwnd);
   ti.lpszText = tipAnsi.data();
   SendMessageA(tips, had ? TTM_UPDATETIPTEXTA : TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
+}
+
+void WindowPeer::MakeChildrenIfShown() {
+  if (!childrenPending || !control.Visible()) return;
+  childrenPending = false;
+  for (Control* child : control.Children()) binding.Create(*child, hwnd, form);
+  for (Control* child : control.Children())
+    if (auto* peer = dynamic_cast<WindowPeer*>(child->peer)) peer->MakeChildrenIfShown();
 }
 
 void WindowPeer::Refresh(Control& c) {
@@ -185,6 +199,7 @@ void WindowPeer::Refresh(Control& c) {
   const Twips& t = c.Rect();
   if (r.left != Px(t.left) || r.top != Px(t.top) || r.right - r.left != Px(t.width) || r.bottom - r.top != Px(t.height))
     SetWindowPos(hwnd, nullptr, Px(t.left), Px(t.top), Px(t.width), Px(t.height), SWP_NOZORDER | SWP_NOACTIVATE);
+  MakeChildrenIfShown();
   bool visible = (GetWindowLongA(hwnd, GWL_STYLE) & WS_VISIBLE) != 0;
   if (visible != c.Visible()) ShowWindow(hwnd, c.Visible() ? SW_SHOWNA : SW_HIDE);
   if (IsOwnDrawn(c.kind())) {
@@ -331,7 +346,17 @@ void Binding::FormGone() {
   if (--liveForms_ == 0) PostQuitMessage(0);
 }
 
+// Timers tick on their form's window whether their container is seen or not: they are made with
+// the form, wherever they stand.
+void Binding::CreateTimers(Control& c, Form& form) {
+  for (Control* child : c.Children()) {
+    if (child->kind() == Kind::Timer) Create(*child, nullptr, form);
+    CreateTimers(*child, form);
+  }
+}
+
 void Binding::Create(Control& c, HWND parent, Form& form) {
+  if (c.peer) return;  // a timer, made ahead of its container's controls
   auto peer = std::make_unique<WindowPeer>(*this, c, form);
   WindowPeer* p = peer.get();
   peers_.push_back(std::move(peer));
@@ -373,6 +398,13 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
   SetPropA(p->hwnd, kDesignNameProp,
            reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GlobalAddAtomA(c.Name().c_str()))));
   p->SyncToolTip(c);
+  // A container's controls get their windows when it is first to be seen: at start-up the user
+  // waits only for the windows of the page the form's load leaves showing.
+  if (c.kind() == Kind::TamrixFrm || c.kind() == Kind::Frame || c.kind() == Kind::PictureBox) {
+    p->childrenPending = true;
+    CreateTimers(c, form);
+    return;
+  }
   for (Control* child : c.Children()) Create(*child, p->hwnd, form);
 }
 
@@ -410,6 +442,7 @@ bool Binding::Show(Form& form) {
   HWND hwnd = CreateFormWindow(form);
   Invoke([&] { form.Load(); });
   if (!form.Loaded()) return false;
+  MakeShownPages(form);
   static_cast<WindowPeer*>(form.peer)->shownOnce = true;
   ShowWindow(hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
   UpdateWindow(hwnd);
@@ -422,9 +455,17 @@ void Binding::LoadForm(Form& form) {
   form.Load();  // inside the caller's handler: a fault here is the caller's
 }
 
+// The pages a form shows get their controls' windows before the form first paints; a page that
+// was visible from its design on has seen no change that would have made them.
+void Binding::MakeShownPages(Form& form) {
+  for (Control* child : form.Children())
+    if (auto* peer = dynamic_cast<WindowPeer*>(child->peer)) peer->MakeChildrenIfShown();
+}
+
 void Binding::ShowForm(Form& form) {
   auto* p = dynamic_cast<WindowPeer*>(form.peer);
   if (!p || !p->hwnd) return;
+  MakeShownPages(form);
   if (!p->shownOnce) {
     p->shownOnce = true;
     ShowWindow(p->hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
@@ -481,6 +522,15 @@ int Binding::Run() {
 }
 
 namespace {
+
+// A bar's value as the message gives it: times 100, rounded; NaN reads 0 and the infinities the
+// largest counts, so that no value the pages set makes the conversion undefined.
+LRESULT BarValueTimes100(double value) {
+  if (std::isnan(value)) return 0;
+  const double limit = 9.0e15;
+  const double v = std::round(value * 100);
+  return static_cast<LRESULT>(v > limit ? limit : v < -limit ? -limit : v);
+}
 
 WindowPeer* PeerOf(HWND hwnd, UINT msg, LPARAM lParam) {
   if (msg == WM_NCCREATE) {
@@ -559,7 +609,7 @@ bool AnswerQuery(WindowPeer& p, UINT msg, LRESULT* result) {
       *result = static_cast<LRESULT>(c.kind() == Kind::TamrixCmd ? static_cast<TamrixCmd&>(c).FaceColor() : c.BackColor());
       return true;
     case kMsgGetBarValue:
-      *result = c.kind() == Kind::TamrixPBar ? static_cast<LRESULT>(static_cast<TamrixPBar&>(c).Value() * 100) : 0;
+      *result = c.kind() == Kind::TamrixPBar ? BarValueTimes100(static_cast<TamrixPBar&>(c).Value()) : 0;
       return true;
     case kMsgIsShown:
       *result = c.Visible() ? 1 : 0;

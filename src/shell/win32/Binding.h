@@ -43,6 +43,8 @@ class Binding : public FormHost {
   HWND CreateFormWindow(Form& form);
   bool IsFormWindow(HWND window) const;
   void FormWindowGone(Form& form);
+  void CreateTimers(Control& container, Form& form);
+  void MakeShownPages(Form& form);
   bool AccessKey(HWND window, char key);
   static LRESULT CALLBACK FormProc(HWND, UINT, WPARAM, LPARAM);
   static LRESULT CALLBACK ControlProc(HWND, UINT, WPARAM, LPARAM);

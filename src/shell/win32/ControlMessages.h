@@ -10,7 +10,7 @@ inline constexpr const char* kDesignNameProp = "TamrixDesignName";
 
 inline constexpr unsigned kMsgGetForeColor = 0x8000 + 1;  // WM_APP + 1: text colour, BGR
 inline constexpr unsigned kMsgGetFaceColor = 0x8000 + 2;  // WM_APP + 2: face colour of the moment, BGR
-inline constexpr unsigned kMsgGetBarValue = 0x8000 + 3;   // WM_APP + 3: a bar's value times 100
+inline constexpr unsigned kMsgGetBarValue = 0x8000 + 3;   // WM_APP + 3: a bar's value as set, times 100
 inline constexpr unsigned kMsgIsShown = 0x8000 + 4;       // WM_APP + 4: the control's own Visible
 
 inline constexpr const char* kFormClass = "TamrixForm";

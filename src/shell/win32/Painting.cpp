@@ -203,7 +203,7 @@ void PaintMark(HDC dc, const RECT& rc, Control& c, Resources& res, bool round, b
 
 void PaintBar(HDC dc, const RECT& rc, TamrixPBar& bar, Resources& res) {
   COLORREF fill = ToColorRef(bar.design().barColor);
-  double share = bar.Value() / 100.0;
+  double share = bar.Shown() / 100.0;
   if (bar.design().progressType == 1) {
     // The round face: a dial filled clockwise from noon.
     int d = std::min(rc.right, rc.bottom) - 2;
@@ -238,7 +238,7 @@ void PaintBar(HDC dc, const RECT& rc, TamrixPBar& bar, Resources& res) {
     }
   }
   if (bar.design().showCaption) {
-    Text(dc, std::to_string(static_cast<int>(bar.Value())) + "%", rc, DT_CENTER | DT_VCENTER | DT_SINGLELINE,
+    Text(dc, std::to_string(static_cast<int>(bar.Shown())) + "%", rc, DT_CENTER | DT_VCENTER | DT_SINGLELINE,
          RGB(0, 0, 0), res.Font(bar.design().font));
   }
 }

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Start-up of tamrix.exe under Wine beside Wine's own notepad.exe, measured the same way in the
+# same run: from the process's start to its first visible top-level window, and to the moment it
+# first waits for input with that window painted. Seven alternating runs, medians and ratios
+# (the goal is a ratio of 1.2 or less). Then where tamrix's time goes: the load's steps timed in
+# a process that makes the same main window, five times, each step's median.
+#
+# usage: scripts/bench-startup.sh [--runs N] EXE...   (default: build/win64/tamrix.exe)
+# Figures only, in a throw-away prefix on a private Xvfb.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+
+runs=7
+exes=()
+while (($#)); do
+  case $1 in
+    --runs) runs=${2:?}; shift ;;
+    *) exes+=("$1") ;;
+  esac
+  shift
+done
+((${#exes[@]})) || exes=(build/win64/tamrix.exe)
+tree_of() { basename "$(dirname "$1")"; }
+for exe in "${exes[@]}"; do
+  ninja -C "$(dirname "$exe")" tamrix bench_startup >/dev/null
+done
+
+# shellcheck source=scripts/wine-env.sh
+source scripts/wine-env.sh
+trap stop_all EXIT
+trap 'stop_all; exit 130' INT
+trap 'stop_all; exit 143' TERM
+tamrix_env
+start_xvfb --force
+start_pulse
+tamrix_mktemp
+prefix=$TAMRIX_TMP/prefix
+echo "making a Wine prefix for the measurement (about 20 s)"
+make_prefix "$prefix"
+export WINEPREFIX=$prefix
+wineserver -p  # one server for every run, as on a desktop where Wine is already up
+
+programs=()
+for exe in "${exes[@]}"; do
+  programs+=("$(tree_of "$exe")/tamrix=$(winepath -w "$root/$exe")")
+done
+programs+=("notepad.exe=notepad.exe")
+# Each program once before measuring: the first start of a prefix loads and caches its DLLs.
+wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs 1 "${programs[@]}" >/dev/null
+echo "start-up under Wine ($(wine --version)), $runs alternating runs"
+wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs "$runs" "${programs[@]}" | tr -d '\r'
+
+for exe in "${exes[@]}"; do
+  echo "where the start-up of $(tree_of "$exe")/tamrix goes (one line a step, median of 5 runs)"
+  for _ in 1 2 3 4 5; do
+    wine "$(dirname "$exe")/bench_startup.exe" --steps | tr -d '\r'
+  done | LC_ALL=C awk '
+    { key = substr($0, 1, 57); val = $(NF - 1); if ($NF != "ms") { key = substr($0, 1, 57); val = $NF }
+      if (!(key in n)) order[++k] = key; v[key, ++n[key]] = val; unit[key] = ($NF == "ms") ? " ms" : "" }
+    END { for (i = 1; i <= k; i++) { key = order[i]; m = n[key];
+            for (a = 1; a <= m; a++) s[a] = v[key, a];
+            for (a = 1; a <= m; a++) for (b = a + 1; b <= m; b++) if (s[b] < s[a]) { t = s[a]; s[a] = s[b]; s[b] = t }
+            printf "%s %8.1f%s\n", key, s[int((m + 1) / 2)], unit[key] } }'
+done

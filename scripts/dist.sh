@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Builds both programs and writes the release into dist/: one zip per architecture, each with
+# tamrix.exe and a short French LISEZMOI.txt for users, and SHA256SUMS of the two zips.
+# The README travels in the Windows code page with CRLF line ends, so that Notepad on any of the
+# Windows the program names shows its accents; the zips carry fixed dates, so that the same
+# programs give the same zips.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+
+bash scripts/setup.sh
+bash scripts/build.sh -t tamrix win32 win64
+
+version=3.0
+rm -rf dist
+mkdir -p dist
+python3 - "$version" <<'PY'
+import sys, zipfile
+version = sys.argv[1]
+readme = open("resources/dist/LISEZMOI.txt", encoding="utf-8").read()
+readme = readme.replace("\r\n", "\n").replace("\n", "\r\n").encode("cp1252")
+stamp = (2026, 1, 1, 0, 0, 0)
+for arch in ("win32", "win64"):
+    name = f"dist/tamrix-{version}-{arch}.zip"
+    with zipfile.ZipFile(name, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as z:
+        for inside, data in ((f"tamrix-{version}/tamrix.exe", open(f"build/{arch}/tamrix.exe", "rb").read()),
+                             (f"tamrix-{version}/LISEZMOI.txt", readme)):
+            info = zipfile.ZipInfo(inside, stamp)
+            info.compress_type = zipfile.ZIP_DEFLATED
+            info.external_attr = 0o644 << 16
+            z.writestr(info, data)
+PY
+(cd dist && sha256sum tamrix-"$version"-win32.zip tamrix-"$version"-win64.zip >SHA256SUMS)
+echo "release written to dist/:"
+ls -l dist
+cat dist/SHA256SUMS
