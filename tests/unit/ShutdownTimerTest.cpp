@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "fake/VirtualClock.h"
 #include "platform/Runtime.h"
 #include "unit/ToolsFixture.h"
@@ -61,10 +63,12 @@ TEST(ShutdownTimer, ZeroGoesToMinusOneTheBarTakesTheDivisionByZeroWithoutAFaultA
   Shutdown s;
   s.Launch("00", "00", "00");
   EXPECT_EQ(s.page().pbtime.Tag, "0");
-  // The tick hands the bar -1 / 0 * 100, negative infinity, with no fault; the bar shows empty.
+  // The tick hands the bar -1 / 0 * 100, negative infinity, with no fault; the bar keeps that
+  // value and shows empty.
   s.clock->Advance(1000);
   EXPECT_EQ(s.form2.SecondesRestantes, -1);
-  EXPECT_EQ(s.page().pbtime.Value(), 0.0);
+  EXPECT_EQ(s.page().pbtime.Value(), -std::numeric_limits<double>::infinity());
+  EXPECT_EQ(s.page().pbtime.Shown(), 0.0);
   EXPECT_EQ(s.p.exitCalls, (Flags{1}));
 }
 
@@ -185,7 +189,8 @@ TEST(ShutdownTimer, TheThirdOptionRunsPastZeroAndWrapsFromMinus32768To32767Witho
   EXPECT_EQ(s.form2.SecondesRestantes, -32768);
   s.clock->Advance(1000);
   EXPECT_EQ(s.form2.SecondesRestantes, 32767);
-  EXPECT_EQ(s.page().pbtime.Value(), 100.0);  // 3276700 % is kept at full
+  EXPECT_EQ(s.page().pbtime.Value(), 3276700.0);  // 32767 / 1 * 100, kept as given
+  EXPECT_EQ(s.page().pbtime.Shown(), 100.0);      // and painted full
   EXPECT_TRUE(s.p.exitCalls.empty());
 }
 
