@@ -27,7 +27,8 @@ std::string LCase(std::string s) {
 }
 
 Design Icon(int i) {
-  return {.name = "picIcones(" + std::to_string(i) + ")", .rect = {240 + i * 900, 750, 555, 555}, .mousePointer = 99};
+  return {.name = "picIcones(" + std::to_string(i) + ")", .rect = {240 + i * 900, 750, 555, 555},
+          .backColor = colors::ButtonFace, .mousePointer = 99};
 }
 
 }  // namespace
@@ -54,7 +55,7 @@ FolderCustomisationPage::FolderCustomisationPage(Form& form, Platform& platform,
                              .backColor = colors::ButtonFace}),
       txtAfficherFichier(&fraIcone, {.name = "txtAfficherFichier", .rect = {240, 2130, 4635, 315}}),
       cmdChoisirFichier(&fraIcone, {.name = "cmdChoisirFichier", .caption = "...", .rect = {5010, 2100, 735, 375}}),
-      picView(&fraIcone, {.name = "picView", .rect = {240, 2640, 555, 555}}),
+      picView(&fraIcone, {.name = "picView", .rect = {240, 2640, 555, 555}, .backColor = colors::ButtonFace}),
       Frame1(&fraPerso, {.name = "Frame1", .caption = "Choisissez un dossier : ", .rect = {120, 1200, 5925, 3495},
                          .backColor = colors::ButtonFace, .visible = false}),
       lblLecteur(&Frame1, {.name = "lblLecteur", .caption = "Choisissez le lecteur  :", .rect = {120, 390, 2400, 255},
@@ -62,8 +63,7 @@ FolderCustomisationPage::FolderCustomisationPage(Form& form, Platform& platform,
       Drive1(&Frame1, {.name = "Drive1", .rect = {2520, 345, 3285, 315}}),
       Dir1(&Frame1, {.name = "Dir1", .rect = {120, 810, 5685, 2070}}, platform),
       TamrixCd1(&Frame1, {.name = "TamrixCd1", .caption = "&Ok", .rect = {4350, 2970, 1455, 420}}),
-      cmdPersonnaliser(&fraPerso, {.name = "cmdPersonnaliser", .caption = "&Personnalisez", .rect = {1470, 5025, 1455, 420},
-                                   .picture = "apply", .centerPicture = false}),
+      cmdPersonnaliser(&fraPerso, {.name = "cmdPersonnaliser", .caption = "&Personnalisez", .rect = {1470, 5025, 1455, 420}}),
       TamrixCd2(&fraPerso, {.name = "TamrixCd2", .caption = "&Rétablir", .rect = {3030, 5025, 1455, 420}}),
       TamrixCd3(&fraPerso, {.name = "TamrixCd3", .caption = "&Quitter", .rect = {4590, 5025, 1455, 420},
                             .picture = "quit", .centerPicture = false}) {
