@@ -82,6 +82,8 @@ FolderCustomisationPage::~FolderCustomisationPage() {
   p_.ReleasePicture(picView.Picture());
 }
 
+// For a program "Tamrix Utility.exe" in C:\Outils this is "c:\outils\tamrix utility.exe": the
+// folder goes to lower case as well as the name.
 std::string FolderCustomisationPage::OwnFile() {
   // No special case for a program in a drive's root: the separator is doubled there.
   return LCase(p_.AppPath() + "\\" + p_.ExeName() + ".exe");

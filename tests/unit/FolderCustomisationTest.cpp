@@ -82,6 +82,22 @@ TEST(FolderCustomisation, TheDefaultIconIsTheFirstOfTheRowInTheProgramsOwnFileIn
   EXPECT_EQ(t.form2.IndexIcone, 1);
 }
 
+TEST(FolderCustomisation, TheThirdIconOfAProgramInOutilsIsWrittenInLowerCase) {
+  Perso t;
+  t.p.appPath = "C:\\Outils";
+  t.p.exeName = "Tamrix Utility";
+  t.page().picIcones[2].Click();
+  t.Folder(kFolder);
+  t.page().cmdPersonnaliser.Click();
+  EXPECT_EQ(t.p.File(kIni), "[.ShellClassInfo]\r\nIconFile=\"c:\\outils\\tamrix utility.exe\"\r\nIconIndex=3\r\n");
+}
+
+TEST(FolderCustomisation, AccentedCapitalsOfTheProgramsPathGoToLowerCaseToo) {
+  Perso t;
+  t.p.appPath = "C:\\Programmes\\ÉTÉ";
+  EXPECT_EQ(t.page().OwnFile(), "c:\\programmes\\été\\tamrix utility.exe");
+}
+
 TEST(FolderCustomisation, AProgramInADrivesRootGetsADoubledSeparator) {
   Perso t;
   t.p.appPath = "E:\\";
