@@ -116,6 +116,26 @@ void WriteBitmap(const std::string& path, int w, int h, BYTE r, BYTE g, BYTE b) 
   out.write(pixels.data(), static_cast<std::streamsize>(pixels.size()));
 }
 
+// A 16x16 icon of one colour, in the icon file layout: directory, entry, bitmap header, 32-bit
+// pixels, and an AND mask of nothing transparent.
+void WriteIcon(const std::string& path, BYTE r, BYTE g, BYTE b) {
+  std::string pixels;
+  for (int i = 0; i < 16 * 16; ++i) pixels += std::string{static_cast<char>(b), static_cast<char>(g), static_cast<char>(r), '\xFF'};
+  const std::string mask(16 * 4, '\0');
+  BITMAPINFOHEADER ih{};
+  ih.biSize = sizeof ih;
+  ih.biWidth = 16;
+  ih.biHeight = 32;
+  ih.biPlanes = 1;
+  ih.biBitCount = 32;
+  const std::string image = std::string(reinterpret_cast<const char*>(&ih), sizeof ih) + pixels + mask;
+  auto u16 = [](int v) { return std::string{static_cast<char>(v & 0xFF), static_cast<char>(v >> 8)}; };
+  auto u32 = [&](DWORD v) { return u16(static_cast<int>(v & 0xFFFF)) + u16(static_cast<int>(v >> 16)); };
+  std::string head = u16(0) + u16(1) + u16(1);
+  std::string entry = std::string{16, 16, 0, 0} + u16(1) + u16(32) + u32(static_cast<DWORD>(image.size())) + u32(6 + 16);
+  std::ofstream(path, std::ios::binary) << head + entry + image;
+}
+
 // What a bitmap file holds, read by Wine's own GDI.
 struct BitmapSeen {
   bool ok = false;
@@ -402,6 +422,28 @@ TEST_F(ToolsFilePagesOnWine, DesktopIniInAFolderChosenThroughTheFolderListAndWin
   EXPECT_TRUE(WaitUntil([&] { return (Attributes(folder) & FILE_ATTRIBUTE_SYSTEM) != 0; }, 20000))
       << "the folder isn't system: " << std::hex << Attributes(folder);
 
+  // A second run with an icon file of the user's, chosen through the real dialog: the hidden
+  // desktop.ini of the first run is replaced without a word.
+  const std::string icon = "C:\\tamrix-e2e-perso\\maison.ico";
+  WriteIcon(icon, 20, 160, 60);
+  Click("optFichier");
+  Click("cmdChoisirFichier");
+  HWND dialog = FileDialog();
+  ASSERT_TRUE(dialog) << "no open dialog";
+  char title[128] = {};
+  GetWindowTextA(dialog, title, sizeof title);
+  EXPECT_STREQ(title, "Ouvrir un icone");
+  ChooseFile(dialog, icon);
+  ASSERT_TRUE(WaitUntil([&] { return !IsWindow(dialog); })) << "the dialog didn't take the icon";
+  Settle();
+  EXPECT_EQ(Text("txtAfficherFichier"), icon);
+  Shot("tools-folder-icon-file");
+  Click("cmdPersonnaliser");
+  box = Confirm();
+  EXPECT_EQ(box.text, "Opération effectuée avec succées!");
+  EXPECT_EQ(ReadAll(ini), "[.ShellClassInfo]\r\nIconFile=\"" + icon + "\"\r\nIconIndex=0\r\n");
+  EXPECT_TRUE(WaitUntil([&] { return (Attributes(ini) & FILE_ATTRIBUTE_HIDDEN) != 0; }, 20000));
+
   Click("TamrixCd2");
   box = Confirm();
   EXPECT_EQ(box.text, "Opération effectuée avec succées!");
@@ -409,6 +451,7 @@ TEST_F(ToolsFilePagesOnWine, DesktopIniInAFolderChosenThroughTheFolderListAndWin
   EXPECT_TRUE(WaitUntil([&] { return (Attributes(folder) & FILE_ATTRIBUTE_SYSTEM) == 0; }, 20000))
       << "the folder is still system: " << std::hex << Attributes(folder);
   RemoveDirectoryA(folder.c_str());
+  DeleteFileA(icon.c_str());
   RemoveDirectoryA("C:\\tamrix-e2e-perso");
 }
 

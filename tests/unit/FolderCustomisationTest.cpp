@@ -210,17 +210,21 @@ TEST(FolderCustomisation, AnEmptyFolderBoxGivesTheFirstMessageAndNothingElse) {
 
 TEST(FolderCustomisation, FileOptionWithAFileEmptiedByACancelGivesTheSecondMessage) {
   Perso t;
-  // The first Cancel shows the name as it stands: empty.
-  t.p.openAnswers = {std::string("D:\\Icones\\maison.ico")};
-  t.page().cmdChoisirFichier.Click();
-  t.page().txtAfficherFichier.SetText("");  // the user clears the box
+  // The user types a file's name, then opens the dialog and cancels it: the dialog's name, still
+  // empty, takes the box's place.
+  t.page().txtAfficherFichier.SetText("D:\\Icones\\maison.ico");
   t.page().optFichier.Click();
+  t.p.openAnswers = {std::nullopt};
+  t.page().cmdChoisirFichier.Click();
+  EXPECT_EQ(t.page().txtAfficherFichier.Text(), "");
   t.Folder(kFolder);
   t.page().cmdPersonnaliser.Click();
   ASSERT_EQ(t.p.boxes.size(), 1u);
   EXPECT_EQ(t.p.boxes[0].text, "Vous devez indiquer toutes les informations !");
   EXPECT_EQ(t.p.boxes[0].title, "Attention");
+  EXPECT_EQ(t.p.boxes[0].style, mb::Ok | mb::Information);
   EXPECT_FALSE(t.p.HasFile(kIni));
+  EXPECT_TRUE(t.p.started.empty());
 }
 
 TEST(FolderCustomisation, ACancelAtTheFirstChoiceEmptiesTheBoxAndThePreview) {
