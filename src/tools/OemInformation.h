@@ -6,7 +6,6 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/Platform.h"
 #include "shell/Controls.h"
