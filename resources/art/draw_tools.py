@@ -100,10 +100,14 @@ def save_icon(colour, kind, name):
         for x in range(size):
             (r, g, b), a = rows[y][x]
             alpha = int(clamp(a) * 255 + 0.5)
-            xor += bytes((int(clamp(b / 255) * 255 + 0.5), int(clamp(g / 255) * 255 + 0.5),
-                          int(clamp(r / 255) * 255 + 0.5), alpha))
             if alpha < 128:
+                # Black under the mask: a renderer without alpha XORs these onto the
+                # background, where black changes nothing.
+                xor += bytes((0, 0, 0, 0))
                 bits |= 1 << (31 - x)
+            else:
+                xor += bytes((int(clamp(b / 255) * 255 + 0.5), int(clamp(g / 255) * 255 + 0.5),
+                              int(clamp(r / 255) * 255 + 0.5), alpha))
         andmask += struct.pack(">I", bits)
     info = struct.pack("<IiiHHIIiiII", 40, size, size * 2, 1, 32, 0, len(xor) + len(andmask), 0, 0, 0, 0)
     image = info + bytes(xor) + bytes(andmask)
