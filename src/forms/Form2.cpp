@@ -21,10 +21,10 @@ Form2::Window::Window(Form2& owner)
             .borderStyle = 3}),
       Timer(this, {.name = "Timer", .enabled = false, .interval = 1000}),
       dossiers(*this, owner.p_, owner.form1_),
-      oem(*this),
+      oem(*this, owner.p_, dossiers.ChDos(19)),
       resolution(*this, owner.p_, owner.ModesEcran, owner.IndexMode),
       shutdown(*this, owner.p_, Timer, owner.SecondesRestantes),
-      perso(*this),
+      perso(*this, owner.p_, owner.Compteur, owner.FichierIcone, owner.IndexIcone),
       TamrixFrm1(dossiers.TamrixFrm1),
       TamrixFrm2(oem.TamrixFrm2),
       TamrixFrm5(resolution.TamrixFrm5),
@@ -87,7 +87,7 @@ void Form2::Form_Load() {
   window_->dossiers.Fill();
   window_->resolution.FillModes();
   window_->Timer.SetEnabled(false);
-  // The folder page's file dialog, icons and default icon join the load with that page.
+  window_->perso.Load();  // the file dialog's flags, the six icons, the default icon
 }
 
 // The window became active from the main window (or was first shown): a running countdown stops

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "platform/Platform.h"
@@ -56,8 +57,10 @@ class Form2 {
   void Form_Activate();
   void Form_QueryUnload(bool& cancel);
 
-  // Members, in their order. The loop counter and the icon choice of the folder page join them
-  // with that page.
+  // Members, in their order.
+  std::int16_t Compteur = 0;  // the loop counter over picIcones
+  std::string FichierIcone;   // icon file for desktop.ini
+  std::int16_t IndexIcone = 0;
   std::vector<DevMode> ModesEcran;
   std::int32_t IndexMode = 0;
   std::int16_t SecondesRestantes = 0;

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "platform/MixerRecords.h"
 #include "platform/Wmi.h"
@@ -220,6 +221,41 @@ class Platform {
   virtual bool EnumDisplaySettingsA(std::uint32_t modeNumber, DevMode* mode) = 0;
   virtual long ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) = 0;
   virtual bool ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) = 0;
+
+  // Tools window's file pages: open dialog, pictures, files and folders.
+  // The common dialog's open mode: its settings, and after it the chosen file's full name.
+  struct OpenFileRequest {
+    std::string title;
+    std::string filter;  // description|pattern pairs, as the common dialog takes them
+    std::uint32_t flags = 0;
+    std::string fileName;  // the start name; the chosen file once the user said Open
+  };
+  // False when the user cancelled; fileName is then left as it was.
+  virtual bool GetOpenFileNameA(WindowHandle owner, OpenFileRequest* request) = 0;
+  // A picture the platform holds; 0 is the empty picture. Each one is given back by ReleasePicture.
+  using PictureHandle = std::uint64_t;
+  // A JPEG, bitmap or icon file. The empty name gives the empty picture; a missing file is fault
+  // 53, a file that is no picture fault 481.
+  virtual PictureHandle LoadPicture(const std::string& path) = 0;
+  // One of the program's icon resources, by its number; 0 when there is none.
+  virtual PictureHandle LoadResourceIcon(int id) = 0;
+  // A picture stored as raw data among the program's resources (the OEM logo), by name.
+  virtual PictureHandle LoadResourcePicture(const std::string& name) = 0;
+  virtual void ReleasePicture(PictureHandle picture) = 0;
+  // Saves the picture as a Windows bitmap. The empty picture is fault 380, a missing folder fault
+  // 76, any other failure to write fault 75; nothing is written then.
+  virtual void SavePicture(PictureHandle picture, const std::string& path) = 0;
+  virtual bool FileExists(const std::string& path) = 0;  // a file, not a folder
+  virtual bool FolderExists(const std::string& path) = 0;
+  // Deletes the file even when it is hidden, system or read-only; false when it couldn't.
+  virtual bool DeleteFileForce(const std::string& path) = 0;
+  // Creates or empties the file and writes each line in the ANSI code page, ended by CR LF. A
+  // missing folder is fault 76, any other failure fault 75.
+  virtual void WriteTextLines(const std::string& path, const std::vector<std::string>& lines) = 0;
+  // The executable's file name without its ".exe", as the platform spells it.
+  virtual std::string ExeName() = 0;
+  // The names of the folders inside a folder, sorted without regard to case.
+  virtual std::vector<std::string> ListFolders(const std::string& path) = 0;
 };
 
 }  // namespace tamrix

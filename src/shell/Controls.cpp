@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "platform/FileFaults.h"
 #include "platform/Runtime.h"
 
 namespace tamrix {
@@ -368,6 +369,71 @@ Control* FindControl(Control& root, const std::string& name) {
     if (!found && c.Name() == name) found = &c;
   });
   return found;
+}
+
+}  // namespace tamrix
+
+namespace tamrix {
+
+void Image::SetPicture(Platform::PictureHandle picture) {
+  picture_ = picture;
+  Changed();
+}
+
+void PictureBox::SetPicture(Platform::PictureHandle picture) {
+  picture_ = picture;
+  Changed();
+}
+
+void PictureBox::SetBorderStyle(int style) {
+  borderStyle_ = style;
+  Changed();
+}
+
+void DirListBox::SetPath(const std::string& path) {
+  // A folder keeps no separator at its end, a drive's root keeps its own.
+  std::string folder = path;
+  while (folder.size() > 3 && folder.back() == '\\') folder.pop_back();
+  if (folder.size() == 2 && folder[1] == ':') folder += '\\';
+  if (!p_.FolderExists(folder)) throw rt::PathNotFound();
+  const bool changed = folder != path_;
+  path_ = folder;
+  Clear();
+  paths_.clear();
+  // From the root down to the folder itself, one step further in at each level.
+  std::string indent;
+  std::size_t start = 0;
+  while (start < folder.size()) {
+    std::size_t slash = folder.find('\\', start);
+    std::size_t end = slash == std::string::npos ? folder.size() : slash + 1;
+    std::string name = folder.substr(start, end - start);
+    if (start > 0 && !name.empty() && name.back() == '\\') name.pop_back();
+    paths_.push_back(start == 0 ? folder.substr(0, end) : folder.substr(0, start + name.size()));
+    AddItem(indent + name);
+    indent += "  ";
+    start = end;
+  }
+  const std::string base = folder.back() == '\\' ? folder : folder + "\\";
+  for (const auto& sub : p_.ListFolders(folder)) {
+    paths_.push_back(base + sub);
+    AddItem(indent + sub);
+  }
+  if (changed && OnChange) OnChange();
+}
+
+void DirListBox::OpenItem(int index) { SetPath(ItemPath(index)); }
+
+}  // namespace tamrix
+
+namespace tamrix {
+
+void CommonDialog::ShowOpen(Platform& p, std::uint64_t owner) {
+  Platform::OpenFileRequest request{DialogTitle, Filter, static_cast<std::uint32_t>(Flags), FileName};
+  if (p.GetOpenFileNameA(owner, &request)) {
+    FileName = request.fileName;
+  } else if (CancelError) {
+    throw rt::DialogCancelled();
+  }
 }
 
 }  // namespace tamrix

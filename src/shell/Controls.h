@@ -42,7 +42,7 @@ struct FontSpec {
 
 enum class Kind {
   Form, TamrixFrm, Frame, Label, Image, Shape, TamrixCmd, TamrixCB, TamrixOpButton, OptionButton, TamrixPBar, Timer,
-  TextBox, ListBox, ComboBox, DriveListBox, VScrollBar, PictureBox, DrvFact
+  TextBox, ListBox, ComboBox, DriveListBox, VScrollBar, PictureBox, DrvFact, DirListBox
 };
 
 // The design line of one control: what the window's design stores for it.
@@ -161,6 +161,13 @@ class Label : public Control {
 class Image : public Control {
  public:
   Image(Control* parent, Design d) : Control(parent, Kind::Image, std::move(d)) {}
+  // A picture loaded at run time, which takes the place of the design's; 0 is none. The page
+  // that sets it owns it.
+  Platform::PictureHandle Picture() const { return picture_; }
+  void SetPicture(Platform::PictureHandle picture);
+
+ private:
+  Platform::PictureHandle picture_ = 0;
 };
 
 class Shape : public Control {
@@ -372,6 +379,48 @@ class VScrollBar : public Control {
 class PictureBox : public Control {
  public:
   PictureBox(Control* parent, Design d) : Control(parent, Kind::PictureBox, std::move(d)) {}
+  // As the image's: a run-time picture owned by the page that sets it.
+  Platform::PictureHandle Picture() const { return picture_; }
+  void SetPicture(Platform::PictureHandle picture);
+  int BorderStyle() const { return borderStyle_; }  // 0 none, 1 a single line
+  void SetBorderStyle(int style);
+
+ private:
+  Platform::PictureHandle picture_ = 0;
+  int borderStyle_ = 0;
+};
+
+// The folder list: the folders from the drive's root down to Path, each one step further in,
+// then the folders inside Path. Opening an entry (the user's double click) makes it the path.
+class DirListBox : public ListBase {
+ public:
+  DirListBox(Control* parent, Design d, Platform& platform)
+      : ListBase(parent, Kind::DirListBox, std::move(d)), p_(platform) {}
+  const std::string& Path() const { return path_; }
+  // Reads the folder afresh; a folder that isn't there is run-time error 76, the list unchanged.
+  void SetPath(const std::string& path);
+  void OpenItem(int index);
+  // The full path of an entry.
+  const std::string& ItemPath(int index) const { return paths_.at(static_cast<std::size_t>(index)); }
+  std::function<void()> OnChange;
+
+ private:
+  Platform& p_;
+  std::string path_;
+  std::vector<std::string> paths_;
+};
+
+// The common dialog of files, which has no window of its own until it is shown: its open mode.
+class CommonDialog {
+ public:
+  bool CancelError = false;
+  std::string DialogTitle;
+  std::string FileName;
+  std::string Filter;
+  std::int32_t Flags = 0;
+  // On Open, FileName is the chosen file. On Cancel it stays as it was, and with CancelError
+  // the Cancel is run-time error 32755.
+  void ShowOpen(Platform& p, std::uint64_t owner);
 };
 
 // A top-level window. Its peer creates the window before Load runs and shows it after.

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "platform/AnsiText.h"
+#include "platform/FileFaults.h"
 #include "platform/Runtime.h"
 
 namespace tamrix::fake {
@@ -734,6 +735,100 @@ bool FakePlatform::ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) {
   calls.push_back("ExitWindowsEx(" + std::to_string(flags) + "," + std::to_string(reserved) + ")");
   exitCalls.push_back(flags);
   return false;  // refused, as a process without the shutdown privilege is
+}
+
+}  // namespace tamrix::fake
+
+// Tools window's file pages: open dialog, pictures, files and folders.
+namespace tamrix::fake {
+
+std::string FakePlatform::ParentOf(const std::string& path) {
+  std::size_t slash = path.find_last_of('\\');
+  return slash == std::string::npos ? std::string() : path.substr(0, slash);
+}
+
+bool FakePlatform::GetOpenFileNameA(WindowHandle owner, OpenFileRequest* request) {
+  calls.push_back("GetOpenFileNameA(" + Hex(owner) + "," + std::to_string(request->flags) + ")");
+  openRequests.push_back(*request);
+  std::optional<std::string> answer;
+  if (!openAnswers.empty()) {
+    answer = openAnswers.front();
+    openAnswers.pop_front();
+  }
+  if (!answer) return false;
+  request->fileName = *answer;
+  return true;
+}
+
+FakePlatform::PictureHandle FakePlatform::LoadPicture(const std::string& path) {
+  calls.push_back("LoadPicture(" + path + ")");
+  if (path.empty()) return 0;
+  if (!HasFile(path)) throw rt::FileNotFound();
+  const std::string& data = File(path);
+  const bool picture = data.rfind("BM", 0) == 0 || data.rfind("\xFF\xD8", 0) == 0 ||
+                       data.rfind(std::string("\0\0\1\0", 4), 0) == 0;
+  if (!picture) throw rt::InvalidPicture();
+  pictures[nextPicture_] = "file:" + path;
+  return nextPicture_++;
+}
+
+FakePlatform::PictureHandle FakePlatform::LoadResourceIcon(int id) {
+  calls.push_back("LoadResourceIcon(" + std::to_string(id) + ")");
+  if (!iconResources.count(id)) return 0;
+  pictures[nextPicture_] = "icon:" + std::to_string(id);
+  return nextPicture_++;
+}
+
+FakePlatform::PictureHandle FakePlatform::LoadResourcePicture(const std::string& name) {
+  calls.push_back("LoadResourcePicture(" + name + ")");
+  pictures[nextPicture_] = "resource:" + name;
+  return nextPicture_++;
+}
+
+void FakePlatform::ReleasePicture(PictureHandle picture) { pictures.erase(picture); }
+
+void FakePlatform::SavePicture(PictureHandle picture, const std::string& path) {
+  calls.push_back("SavePicture(" + path + ")");
+  auto it = pictures.find(picture);
+  if (picture == 0 || it == pictures.end()) throw rt::InvalidPropertyValue();
+  if (!HasFolder(ParentOf(path))) throw rt::PathNotFound();
+  if (readOnlyFiles.count(Lower(path))) throw rt::PathFileAccess();
+  File(path) = "BM bitmap of " + it->second;
+}
+
+bool FakePlatform::FileExists(const std::string& path) {
+  calls.push_back("FileExists(" + path + ")");
+  return HasFile(path);
+}
+
+bool FakePlatform::FolderExists(const std::string& path) {
+  calls.push_back("FolderExists(" + path + ")");
+  return HasFolder(path);
+}
+
+bool FakePlatform::DeleteFileForce(const std::string& path) {
+  calls.push_back("DeleteFileForce(" + path + ")");
+  return files.erase(Lower(path)) > 0;
+}
+
+void FakePlatform::WriteTextLines(const std::string& path, const std::vector<std::string>& lines) {
+  calls.push_back("WriteTextLines(" + path + ")");
+  if (!HasFolder(ParentOf(path))) throw rt::PathNotFound();
+  if (readOnlyFiles.count(Lower(path))) throw rt::PathFileAccess();
+  std::string text;
+  for (const auto& line : lines) text += line + "\r\n";
+  File(path) = text;
+}
+
+std::vector<std::string> FakePlatform::ListFolders(const std::string& path) {
+  calls.push_back("ListFolders(" + path + ")");
+  std::string prefix = Lower(path);
+  if (prefix.empty() || prefix.back() != '\\') prefix += '\\';
+  std::vector<std::string> names;
+  for (const auto& f : folders)
+    if (f.size() > prefix.size() && f.rfind(prefix, 0) == 0 && f.find('\\', prefix.size()) == std::string::npos)
+      names.push_back(f.substr(prefix.size()));
+  return names;
 }
 
 }  // namespace tamrix::fake

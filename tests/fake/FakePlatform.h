@@ -202,6 +202,32 @@ class FakePlatform : public Platform {
   long ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) override;
   bool ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) override;
 
+  // Tools window's file pages: open dialog, pictures, files and folders.
+  // Files live in `files` (by lower-case path); a picture file is one whose content starts with
+  // "BM", the JPEG mark "\xFF\xD8" or the icon header "\0\0\1\0". Folders are their own set.
+  std::set<std::string> folders;  // lower-case paths, no trailing separator
+  bool HasFolder(const std::string& path) const { return folders.count(Lower(path)) > 0; }
+  void AddFolder(const std::string& path) { folders.insert(Lower(path)); }
+  // The open dialog: the file the user picks, nullopt for Cancel; Cancel when none is left.
+  std::deque<std::optional<std::string>> openAnswers;
+  std::vector<OpenFileRequest> openRequests;  // every dialog shown, as it was asked
+  // Pictures by handle: what each shows ("file:<path>", "icon:<id>", "resource:<name>").
+  std::map<PictureHandle, std::string> pictures;
+  std::set<int> iconResources{1, 101, 102, 103, 104, 105, 106};
+  std::string exeName = "Tamrix Utility";
+  bool GetOpenFileNameA(WindowHandle owner, OpenFileRequest* request) override;
+  PictureHandle LoadPicture(const std::string& path) override;
+  PictureHandle LoadResourceIcon(int id) override;
+  PictureHandle LoadResourcePicture(const std::string& name) override;
+  void ReleasePicture(PictureHandle picture) override;
+  void SavePicture(PictureHandle picture, const std::string& path) override;
+  bool FileExists(const std::string& path) override;
+  bool FolderExists(const std::string& path) override;
+  bool DeleteFileForce(const std::string& path) override;
+  void WriteTextLines(const std::string& path, const std::vector<std::string>& lines) override;
+  std::string ExeName() override { return exeName; }
+  std::vector<std::string> ListFolders(const std::string& path) override;
+
  private:
   struct Key {
     std::vector<std::pair<std::string, Value>> values;  // in the order of creation
@@ -223,6 +249,8 @@ class FakePlatform : public Platform {
   GdiHandle nextGdi_ = 0x2000;
   MixerHandle nextMixer_ = 0x5000;
   std::map<MixerHandle, std::uint32_t> mixerOfHandle_;
+  PictureHandle nextPicture_ = 0x5000;
+  static std::string ParentOf(const std::string& path);
 };
 
 // The registry functions' short names in the recorder.

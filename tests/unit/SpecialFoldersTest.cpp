@@ -164,7 +164,8 @@ TEST(ToolsLayout, EveryPageOfTheToolsWindowIsTidy) {
     const Twips& r = frame->Rect();
     EXPECT_LE(r.left + r.width, t.w().Rect().width) << frame->Name();
     EXPECT_LE(r.top + r.height, t.w().Rect().height) << frame->Name();
-    test::ExpectTidy(*frame);
+    // The folder page's two panels take the same place, one shown at a time.
+    test::ExpectTidy(*frame, {{"fraIcone", "Frame1"}});
   }
 }
 

@@ -79,6 +79,21 @@ class Win32Platform : public Platform {
   bool EnumDisplaySettingsA(std::uint32_t modeNumber, DevMode* mode) override;
   long ChangeDisplaySettingsA(const DevMode& mode, std::uint32_t flags) override;
   bool ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) override;
+
+  // Tools window's file pages: open dialog, pictures, files and folders. A picture handle here is
+  // an IPicture pointer that the caller gives back through ReleasePicture.
+  bool GetOpenFileNameA(WindowHandle owner, OpenFileRequest* request) override;
+  PictureHandle LoadPicture(const std::string& path) override;
+  PictureHandle LoadResourceIcon(int id) override;
+  PictureHandle LoadResourcePicture(const std::string& name) override;
+  void ReleasePicture(PictureHandle picture) override;
+  void SavePicture(PictureHandle picture, const std::string& path) override;
+  bool FileExists(const std::string& path) override;
+  bool FolderExists(const std::string& path) override;
+  bool DeleteFileForce(const std::string& path) override;
+  void WriteTextLines(const std::string& path, const std::vector<std::string>& lines) override;
+  std::string ExeName() override;
+  std::vector<std::string> ListFolders(const std::string& path) override;
 };
 
 }  // namespace tamrix::win32

@@ -19,7 +19,8 @@ int Px(int twips) { return Resources::ToPixels(twips); }
 const char* ToolkitClass(Kind kind) {
   switch (kind) {
     case Kind::TextBox: return "EDIT";
-    case Kind::ListBox: return "LISTBOX";
+    case Kind::ListBox:
+    case Kind::DirListBox: return "LISTBOX";
     case Kind::ComboBox:
     case Kind::DriveListBox: return "COMBOBOX";
     case Kind::VScrollBar: return "SCROLLBAR";
@@ -35,7 +36,8 @@ DWORD ToolkitStyle(const Control& c) {
     case Kind::TextBox:
       return WS_BORDER | WS_TABSTOP | (d.multiLine ? ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL : ES_AUTOHSCROLL) |
              (d.locked ? ES_READONLY : 0);
-    case Kind::ListBox: return WS_BORDER | WS_VSCROLL | WS_TABSTOP | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
+    case Kind::ListBox:
+    case Kind::DirListBox: return WS_BORDER | WS_VSCROLL | WS_TABSTOP | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT;
     case Kind::ComboBox:
     case Kind::DriveListBox: return WS_VSCROLL | WS_TABSTOP | CBS_DROPDOWNLIST;
     case Kind::VScrollBar: return SBS_VERT;
@@ -70,6 +72,13 @@ std::string Appearance(Control& c) {
       break;
     case Kind::TamrixPBar:
       add(static_cast<long long>(static_cast<TamrixPBar&>(c).Shown() * 1000));
+      break;
+    case Kind::Image:
+      add(static_cast<long long>(static_cast<Image&>(c).Picture()));
+      break;
+    case Kind::PictureBox:
+      add(static_cast<long long>(static_cast<PictureBox&>(c).Picture()));
+      add(static_cast<PictureBox&>(c).BorderStyle());
       break;
     default:
       break;
@@ -221,10 +230,11 @@ void WindowPeer::SyncContent() {
   updating = true;
   switch (control.kind()) {
     case Kind::ListBox:
+    case Kind::DirListBox:
     case Kind::ComboBox:
     case Kind::DriveListBox: {
       auto& list = static_cast<ListBase&>(control);
-      const bool combo = control.kind() != Kind::ListBox;
+      const bool combo = control.kind() == Kind::ComboBox || control.kind() == Kind::DriveListBox;
       if (list.Items() != shownItems) {
         SendMessageA(hwnd, combo ? CB_RESETCONTENT : LB_RESETCONTENT, 0, 0);
         for (const auto& item : list.Items())
@@ -265,10 +275,14 @@ void WindowPeer::Notify(UINT msg, WPARAM wParam) {
       GetWindowTextA(hwnd, text.data(), length + 1);
       text.resize(static_cast<std::size_t>(length));
       binding.Invoke([&] { static_cast<TextBox&>(c).SetText(FromAnsi(text)); });
-    } else if ((c.kind() == Kind::ListBox && code == LBN_SELCHANGE) ||
+    } else if (c.kind() == Kind::DirListBox && code == LBN_DBLCLK) {
+      // Opening an entry of the folder list makes it the list's folder.
+      auto index = static_cast<int>(SendMessageA(hwnd, LB_GETCURSEL, 0, 0));
+      if (index >= 0) binding.Invoke([&] { static_cast<DirListBox&>(c).OpenItem(index); });
+    } else if (((c.kind() == Kind::ListBox || c.kind() == Kind::DirListBox) && code == LBN_SELCHANGE) ||
                ((c.kind() == Kind::ComboBox || c.kind() == Kind::DriveListBox) && code == CBN_SELCHANGE)) {
       auto index = static_cast<int>(
-          SendMessageA(hwnd, c.kind() == Kind::ListBox ? LB_GETCURSEL : CB_GETCURSEL, 0, 0));
+          SendMessageA(hwnd, c.kind() == Kind::ListBox || c.kind() == Kind::DirListBox ? LB_GETCURSEL : CB_GETCURSEL, 0, 0));
       binding.Invoke([&] { static_cast<ListBase&>(c).SetListIndex(index); });
     }
   } else if (msg == WM_VSCROLL && c.kind() == Kind::VScrollBar) {

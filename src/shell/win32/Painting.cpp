@@ -1,5 +1,8 @@
 #include "shell/win32/Painting.h"
 
+#include <ole2.h>
+#include <olectl.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -295,6 +298,18 @@ void PaintBehind(HDC dc, HWND window, Control& control, Resources& res) {
   Fill(dc, rc, ToColorRef(parent->BackColor()));
 }
 
+// A picture that the program loaded at run time (the platform's picture object), at its own size.
+void DrawRuntimePicture(HDC dc, std::uint64_t handle, int at) {
+  auto* pic = reinterpret_cast<IPicture*>(static_cast<ULONG_PTR>(handle));
+  OLE_XSIZE_HIMETRIC w = 0;
+  OLE_YSIZE_HIMETRIC h = 0;
+  pic->get_Width(&w);
+  pic->get_Height(&h);
+  const int cx = MulDiv(w, GetDeviceCaps(dc, LOGPIXELSX), 2540);
+  const int cy = MulDiv(h, GetDeviceCaps(dc, LOGPIXELSY), 2540);
+  pic->Render(dc, at, at, cx, cy, 0, h, w, -h, nullptr);
+}
+
 void PaintControl(HDC dc, const RECT& rc, Control& c, Resources& res, bool pressed) {
   switch (c.kind()) {
     case Kind::TamrixFrm:
@@ -307,12 +322,21 @@ void PaintControl(HDC dc, const RECT& rc, Control& c, Resources& res, bool press
       if (c.design().backStyle != 0) Fill(dc, rc, ToColorRef(c.BackColor()));
       PaintLabel(dc, rc, c, res);
       break;
-    case Kind::PictureBox:
+    case Kind::PictureBox: {
+      auto& box = static_cast<PictureBox&>(c);
       Fill(dc, rc, ToColorRef(c.BackColor()));
-      DrawPicture(dc, res.Picture(c.design().picture), 0, 0, 0, 0, c.design().maskColor, false);
+      if (box.Picture())
+        DrawRuntimePicture(dc, box.Picture(), box.BorderStyle() ? 1 : 0);
+      else
+        DrawPicture(dc, res.Picture(c.design().picture), 0, 0, 0, 0, c.design().maskColor, false);
+      if (box.BorderStyle() == 1) FrameRect(dc, &rc, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
       break;
+    }
     case Kind::Image:
-      DrawPicture(dc, res.Picture(c.design().picture), 0, 0, 0, 0, c.design().maskColor, true);
+      if (static_cast<Image&>(c).Picture())
+        DrawRuntimePicture(dc, static_cast<Image&>(c).Picture(), 0);
+      else
+        DrawPicture(dc, res.Picture(c.design().picture), 0, 0, 0, 0, c.design().maskColor, true);
       break;
     case Kind::TamrixCmd:
       PaintButton(dc, rc, static_cast<TamrixCmd&>(c), res, pressed);
