@@ -152,7 +152,11 @@ HWND App::Find(const std::string& designName) {
   return search.found;
 }
 
-void App::Click(const std::string& designName) { PostMessageA(Find(designName), BM_CLICK, 0, 0); }
+void App::Click(const std::string& designName) {
+  HWND button = nullptr;
+  WaitUntil([&] { return (button = Find(designName)) != nullptr; }, 5000);
+  PostMessageA(button, BM_CLICK, 0, 0);
+}
 
 std::string App::Text(const std::string& designName) { return WindowText(Find(designName)); }
 

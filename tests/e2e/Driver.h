@@ -42,7 +42,9 @@ class App {
   HWND Main() const { return main_; }
 
   HWND Find(const std::string& designName);
-  void Click(const std::string& designName);  // posted, so a message box it opens doesn't block us
+  // Posted, so a message box it opens doesn't block us. A page's controls get their windows when
+  // the page first shows, so the click waits, as a user would, for the button to be there.
+  void Click(const std::string& designName);
   std::string Text(const std::string& designName);
   int Value(const std::string& designName);  // BM_GETCHECK
   bool Shown(const std::string& designName);  // the control's own Visible
