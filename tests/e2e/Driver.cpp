@@ -96,7 +96,44 @@ BOOL CALLBACK FindByName(HWND h, LPARAM l) {
   return TRUE;
 }
 
+struct FormSearch {
+  DWORD pid;
+  std::string name;
+  HWND found;
+};
+
+BOOL CALLBACK FindForm(HWND h, LPARAM l) {
+  auto* s = reinterpret_cast<FormSearch*>(l);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(h, &pid);
+  if (pid == s->pid && ClassName(h) == kFormClass && DesignName(h) == s->name) {
+    s->found = h;
+    return FALSE;
+  }
+  return TRUE;
+}
+
 }  // namespace
+
+std::string TextOf(HWND window) { return WindowText(window); }
+
+HWND FormOf(DWORD pid, const std::string& designName) {
+  FormSearch s{pid, designName, nullptr};
+  EnumWindows(FindForm, reinterpret_cast<LPARAM>(&s));
+  return s.found;
+}
+
+HWND ChildOf(HWND parent, const std::string& designName) {
+  NameSearch s{designName, nullptr};
+  EnumChildWindows(parent, FindByName, reinterpret_cast<LPARAM>(&s));
+  return s.found;
+}
+
+HWND WaitChild(HWND parent, const std::string& designName, DWORD timeoutMs) {
+  HWND found = nullptr;
+  WaitUntil([&] { return (found = ChildOf(parent, designName)) != nullptr; }, timeoutMs);
+  return found;
+}
 
 App::~App() {
   if (pi_.hProcess) {
@@ -147,14 +184,12 @@ bool App::Running() { return pi_.hProcess && WaitForSingleObject(pi_.hProcess, 0
 HWND App::Find(const std::string& designName) {
   if (!main_) return nullptr;
   if (DesignName(main_) == designName) return main_;
-  NameSearch search{designName, nullptr};
-  EnumChildWindows(main_, FindByName, reinterpret_cast<LPARAM>(&search));
-  return search.found;
+  return ChildOf(main_, designName);
 }
 
 void App::Click(const std::string& designName) {
-  HWND button = nullptr;
-  WaitUntil([&] { return (button = Find(designName)) != nullptr; }, 5000);
+  HWND button = Find(designName);
+  if (!button && main_) button = WaitChild(main_, designName);
   PostMessageA(button, BM_CLICK, 0, 0);
 }
 

@@ -80,6 +80,13 @@ class App {
   HWND main_ = nullptr;
 };
 
+// Windows of any process by the design names the program gives them.
+std::string TextOf(HWND window);
+HWND FormOf(DWORD pid, const std::string& designName);  // a top-level form, shown or not
+HWND ChildOf(HWND parent, const std::string& designName);
+// The same, once it is there: a page makes its controls' windows when it first shows.
+HWND WaitChild(HWND parent, const std::string& designName, DWORD timeoutMs = 5000);
+
 // A picture of the whole screen, saved as a BMP in TAMRIX_SHOTS (the test script turns it into
 // a PNG). Returns the pixels' reader for checks.
 void Screenshot(const std::string& name);

@@ -17,48 +17,14 @@
 namespace tamrix::e2e {
 namespace {
 
-using win32::kDesignNameProp;
-using win32::kFormClass;
-
-std::string NameOf(HWND h) {
-  auto atom = static_cast<ATOM>(reinterpret_cast<ULONG_PTR>(GetPropA(h, kDesignNameProp)));
-  char buf[256] = {};
-  if (atom) GlobalGetAtomNameA(atom, buf, sizeof buf);
-  return buf;
-}
-
-struct Search {
+struct DialogSearch {
   DWORD pid;
-  std::string name;   // a form's design name, or a dialog's class
-  HWND skip;
   HWND found;
 };
 
-BOOL CALLBACK FindForm(HWND h, LPARAM l) {
-  auto* s = reinterpret_cast<Search*>(l);
-  DWORD owner = 0;
-  GetWindowThreadProcessId(h, &owner);
-  char cls[64] = {};
-  GetClassNameA(h, cls, sizeof cls);
-  if (owner == s->pid && std::string(cls) == kFormClass && NameOf(h) == s->name) {
-    s->found = h;
-    return FALSE;
-  }
-  return TRUE;
-}
-
-BOOL CALLBACK FindChild(HWND h, LPARAM l) {
-  auto* s = reinterpret_cast<Search*>(l);
-  if (NameOf(h) == s->name) {
-    s->found = h;
-    return FALSE;
-  }
-  return TRUE;
-}
-
 // The common file dialog of the process: a visible dialog with a file name box.
 BOOL CALLBACK FindFileDialog(HWND h, LPARAM l) {
-  auto* s = reinterpret_cast<Search*>(l);
+  auto* s = reinterpret_cast<DialogSearch*>(l);
   DWORD owner = 0;
   GetWindowThreadProcessId(h, &owner);
   char cls[64] = {};
@@ -194,17 +160,11 @@ class ToolsFilePagesOnWine : public ::testing::Test {
     app.Click("win");
     app.Click(button);
     ASSERT_TRUE(WaitUntil([&] {
-      Search s{app.Pid(), "Form2", nullptr, nullptr};
-      EnumWindows(FindForm, reinterpret_cast<LPARAM>(&s));
-      tools = s.found;
+      tools = FormOf(app.Pid(), "Form2");
       return tools && IsWindowVisible(tools) && !IsWindowVisible(app.Main());
     })) << "the tools window didn't come up for " << button;
   }
-  HWND In(const char* name) {
-    Search s{0, name, nullptr, nullptr};
-    EnumChildWindows(tools, FindChild, reinterpret_cast<LPARAM>(&s));
-    return s.found;
-  }
+  HWND In(const char* name) { return WaitChild(tools, name); }
   void Settle() { SendMessageTimeoutA(tools, WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, nullptr); }
   void Shot(const std::string& name) {
     Settle();
@@ -212,12 +172,7 @@ class ToolsFilePagesOnWine : public ::testing::Test {
     Screenshot(name);
   }
   void Click(const char* name) { PostMessageA(In(name), BM_CLICK, 0, 0); }
-  std::string Text(const char* name) {
-    wchar_t buf[1024];
-    DWORD_PTR n = 0;
-    SendMessageTimeoutW(In(name), WM_GETTEXT, 1024, reinterpret_cast<LPARAM>(buf), SMTO_ABORTIFHUNG, 5000, &n);
-    return Utf8(std::wstring(buf, n));
-  }
+  std::string Text(const char* name) { return TextOf(In(name)); }
   // The message box that the click brings, answered with OK.
   MessageBoxSeen Confirm() {
     auto box = app.WaitMessageBox();
@@ -229,7 +184,7 @@ class ToolsFilePagesOnWine : public ::testing::Test {
   HWND FileDialog() {
     HWND found = nullptr;
     WaitUntil([&] {
-      Search s{app.Pid(), "", nullptr, nullptr};
+      DialogSearch s{app.Pid(), nullptr};
       EnumWindows(FindFileDialog, reinterpret_cast<LPARAM>(&s));
       found = s.found;
       return found != nullptr;

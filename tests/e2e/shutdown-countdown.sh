@@ -14,6 +14,8 @@ source scripts/wine-env.sh
 tamrix_env
 trap stop_all EXIT
 start_xvfb || exit 1
+# Without a sound server the program stops at start on its no-mixer box, before its window.
+[[ -n ${PULSE_SERVER:-} ]] || start_pulse
 
 exe=build/win64/e2e_tests.exe
 [[ -f $exe && -f build/win64/tamrix.exe ]] || { echo "FAIL build/win64 has no e2e_tests.exe or tamrix.exe"; exit 1; }
