@@ -639,7 +639,6 @@ bool Win32Platform::ExitWindowsEx(std::uint32_t flags, std::uint32_t reserved) {
 #include <commdlg.h>
 #include <olectl.h>
 
-#include <fstream>
 
 #include "platform/FileFaults.h"
 
@@ -715,9 +714,14 @@ bool Win32Platform::GetOpenFileNameA(WindowHandle owner, OpenFileRequest* reques
 
 Platform::PictureHandle Win32Platform::LoadPicture(const std::string& path) {
   if (path.empty()) return 0;
-  std::ifstream in(ToAnsi(path), std::ios::binary);
-  if (!in) throw rt::FileNotFound();
-  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  HANDLE file = CreateFileA(ToAnsi(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) throw rt::FileNotFound();
+  std::string bytes;
+  char chunk[65536];
+  DWORD got = 0;
+  while (ReadFile(file, chunk, sizeof chunk, &got, nullptr) && got > 0) bytes.append(chunk, got);
+  CloseHandle(file);
   IPicture* picture = bytes.empty() ? nullptr : PictureFromBytes(bytes.data(), bytes.size());
   if (!picture) throw rt::InvalidPicture();
   return FromPicture(picture);
