@@ -61,6 +61,9 @@ class Navigation : public ::testing::Test {
         if (Visible(p) != (p == page)) return false;
       return true;
     })) << button;
+    // The page shows early in its button's handler, which then goes on with the sub-pages (and
+    // makes their windows the first time): a message sent now is served once the handler is done.
+    SendMessageTimeoutA(app.Main(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, nullptr);
     ExpectOnTop("Form1", page);
   }
   void ExpectSubPages(const std::map<std::string, bool>& expected) {
