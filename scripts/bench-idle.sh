@@ -58,6 +58,8 @@ trap 'stop_app; stop_all; exit 143' TERM
 
 tamrix_env
 start_xvfb --force
+# Without a sound server the program stops at start on its no-mixer box, before its window.
+start_pulse
 tamrix_mktemp
 prefix=$TAMRIX_TMP/prefix
 echo "making a Wine prefix for the measurement (about 20 s)"
