@@ -13,6 +13,7 @@
 
 #include "e2e/Driver.h"
 #include "shell/win32/ControlMessages.h"
+#include "win32/OneColourBitmap.h"
 
 namespace tamrix::e2e {
 namespace {
@@ -53,33 +54,6 @@ std::string WindowsFolder() {
   GetWindowsDirectoryA(buf, MAX_PATH);
   CreateDirectoryA((std::string(buf) + "\\system").c_str(), nullptr);
   return buf;
-}
-
-// A 24-bit bitmap of w by h pixels, all of one colour, written byte by byte here.
-void WriteBitmap(const std::string& path, int w, int h, BYTE r, BYTE g, BYTE b) {
-  const int stride = (w * 3 + 3) / 4 * 4;
-  BITMAPFILEHEADER fh{};
-  BITMAPINFOHEADER ih{};
-  ih.biSize = sizeof ih;
-  ih.biWidth = w;
-  ih.biHeight = h;
-  ih.biPlanes = 1;
-  ih.biBitCount = 24;
-  ih.biSizeImage = static_cast<DWORD>(stride * h);
-  fh.bfType = 0x4D42;
-  fh.bfOffBits = sizeof fh + sizeof ih;
-  fh.bfSize = fh.bfOffBits + ih.biSizeImage;
-  std::string pixels(ih.biSizeImage, '\0');
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      pixels[static_cast<std::size_t>(y * stride + x * 3)] = static_cast<char>(b);
-      pixels[static_cast<std::size_t>(y * stride + x * 3 + 1)] = static_cast<char>(g);
-      pixels[static_cast<std::size_t>(y * stride + x * 3 + 2)] = static_cast<char>(r);
-    }
-  std::ofstream out(path, std::ios::binary);
-  out.write(reinterpret_cast<const char*>(&fh), sizeof fh);
-  out.write(reinterpret_cast<const char*>(&ih), sizeof ih);
-  out.write(pixels.data(), static_cast<std::streamsize>(pixels.size()));
 }
 
 // A 16x16 icon of one colour, in the icon file layout: directory, entry, bitmap header, 32-bit
@@ -295,7 +269,7 @@ TEST_F(ToolsFilePagesOnWine, TheOpenDialogTakesAChosenPictureAndItsCancelEmpties
   const std::string logo = WindowsFolder() + "\\system\\oemlogo.bmp";
   const std::string picture = WindowsFolder() + "\\temp\\tamrix-e2e-logo.bmp";
   CreateDirectoryA((WindowsFolder() + "\\temp").c_str(), nullptr);
-  WriteBitmap(picture, 40, 20, 200, 30, 30);
+  testfiles::WriteOneColourBitmap(picture, 40, 20, 200, 30, 30);
   DeleteFileA(logo.c_str());
 
   Open("TamrixCmd13");

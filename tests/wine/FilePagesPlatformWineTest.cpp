@@ -10,6 +10,7 @@
 
 #include "platform/Runtime.h"
 #include "platform/win32/Win32Platform.h"
+#include "win32/OneColourBitmap.h"
 
 namespace tamrix::win32 {
 namespace {
@@ -33,31 +34,6 @@ void WriteAll(const std::string& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary) << bytes;
 }
 
-// A 24-bit bitmap of one colour, laid out byte by byte here.
-void WriteBitmap(const std::string& path, int w, int h, BYTE r, BYTE g, BYTE b) {
-  const int stride = (w * 3 + 3) / 4 * 4;
-  BITMAPFILEHEADER fh{};
-  BITMAPINFOHEADER ih{};
-  ih.biSize = sizeof ih;
-  ih.biWidth = w;
-  ih.biHeight = h;
-  ih.biPlanes = 1;
-  ih.biBitCount = 24;
-  ih.biSizeImage = static_cast<DWORD>(stride * h);
-  fh.bfType = 0x4D42;
-  fh.bfOffBits = sizeof fh + sizeof ih;
-  fh.bfSize = fh.bfOffBits + ih.biSizeImage;
-  std::string pixels(ih.biSizeImage, '\0');
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      pixels[static_cast<std::size_t>(y * stride + x * 3)] = static_cast<char>(b);
-      pixels[static_cast<std::size_t>(y * stride + x * 3 + 1)] = static_cast<char>(g);
-      pixels[static_cast<std::size_t>(y * stride + x * 3 + 2)] = static_cast<char>(r);
-    }
-  WriteAll(path, std::string(reinterpret_cast<const char*>(&fh), sizeof fh) +
-                     std::string(reinterpret_cast<const char*>(&ih), sizeof ih) + pixels);
-}
-
 int FaultOf(const std::function<void()>& f) {
   try {
     f();
@@ -70,7 +46,7 @@ int FaultOf(const std::function<void()>& f) {
 TEST(FilePagesPlatformOnWine, ABitmapLoadedAndSavedComesBackAsABitmapOfItsSizeAndColour) {
   Win32Platform p;
   const std::string in = Temp() + "\\in.bmp", out = Temp() + "\\out.bmp";
-  WriteBitmap(in, 30, 12, 10, 120, 240);
+  testfiles::WriteOneColourBitmap(in, 30, 12, 10, 120, 240);
   DeleteFileA(out.c_str());
   auto picture = p.LoadPicture(in);
   ASSERT_NE(picture, 0u);
@@ -113,7 +89,7 @@ TEST(FilePagesPlatformOnWine, AFileThatIsNoPictureIsFault481AndAMissingOneFault5
 TEST(FilePagesPlatformOnWine, SavingIntoAMissingFolderIsFault76) {
   Win32Platform p;
   const std::string in = Temp() + "\\in2.bmp";
-  WriteBitmap(in, 4, 4, 0, 0, 0);
+  testfiles::WriteOneColourBitmap(in, 4, 4, 0, 0, 0);
   auto picture = p.LoadPicture(in);
   EXPECT_EQ(FaultOf([&] { p.SavePicture(picture, Temp() + "\\no such folder\\oemlogo.bmp"); }), 76);
   p.ReleasePicture(picture);
