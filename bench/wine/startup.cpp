@@ -144,7 +144,8 @@ int Steps() {
   DestroyWindow(CreateWindowExA(0, "STATIC", "", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr));
   step("the first window (Wine's display driver starts)");
   tamrix::win32::Win32Platform platform;
-  step("the platform");
+  platform.ReadMixersAhead();
+  step("the platform (sound devices read on another thread)");
   tamrix::win32::Binding binding(platform, GetModuleHandleA(nullptr));
   step("the binding (window classes, control library)");
   tamrix::Form1 form1(platform);

@@ -21,6 +21,28 @@ class Win32Mixers : public ::testing::Test {
   Win32Platform p;
 };
 
+// The read ahead is made before any mixer call of the process, as at the program's start; with
+// or without a sound server, the calls after it get winmm's own answers.
+TEST(Win32MixersReadAhead, CallsAfterTheReadAheadGetWinmmsOwnAnswers) {
+  Win32Platform p;
+  p.ReadMixersAhead();
+  p.ReadMixersAhead();  // a second one starts no second reading
+  const std::uint32_t count = p.mixerGetNumDevs();
+  EXPECT_EQ(count, mixerGetNumDevs());
+  MixerCaps caps;
+  MIXERCAPSA own{};
+  EXPECT_EQ(p.mixerGetDevCapsA(count, &caps, mixerline::kCapsSize), mixerGetDevCapsA(count, &own, sizeof own));
+}
+
+TEST(Win32MixersReadAhead, APlatformGoneBeforeAnyMixerCallEndsCleanly) {
+  for (int i = 0; i < 3; ++i) {
+    Win32Platform p;
+    p.ReadMixersAhead();
+  }
+  Win32Platform p;
+  EXPECT_EQ(p.mixerGetNumDevs(), mixerGetNumDevs());
+}
+
 TEST_F(Win32Mixers, CountAndCapsAreWinmmsOwnWithTheNameFieldUncut) {
   EXPECT_EQ(p.mixerGetNumDevs(), mixerGetNumDevs());
   MixerCaps caps;

@@ -504,11 +504,30 @@ HMIXER ToHmixer(MixerHandle h) { return reinterpret_cast<HMIXER>(static_cast<ULO
 
 UINT RecordSize(std::uint32_t asked, std::uint32_t named, UINT own) { return asked == named ? own : asked; }
 
+DWORD WINAPI ReadMixers(LPVOID) { return ::mixerGetNumDevs(); }
+
 }  // namespace
 
-std::uint32_t Win32Platform::mixerGetNumDevs() { return ::mixerGetNumDevs(); }
+Win32Platform::~Win32Platform() { AwaitMixersReadAhead(); }
+
+void Win32Platform::ReadMixersAhead() {
+  if (!mixersReadAhead_) mixersReadAhead_ = CreateThread(nullptr, 0, ReadMixers, nullptr, 0, nullptr);
+}
+
+void Win32Platform::AwaitMixersReadAhead() {
+  if (!mixersReadAhead_) return;
+  WaitForSingleObject(mixersReadAhead_, INFINITE);
+  CloseHandle(mixersReadAhead_);
+  mixersReadAhead_ = nullptr;
+}
+
+std::uint32_t Win32Platform::mixerGetNumDevs() {
+  AwaitMixersReadAhead();
+  return ::mixerGetNumDevs();
+}
 
 std::uint32_t Win32Platform::mixerGetDevCapsA(std::uint32_t deviceId, MixerCaps* caps, std::uint32_t size) {
+  AwaitMixersReadAhead();
   MIXERCAPSA c{};
   MMRESULT r = ::mixerGetDevCapsA(deviceId, &c, RecordSize(size, mixerline::kCapsSize, sizeof c));
   if (r != MMSYSERR_NOERROR) return r;
@@ -523,15 +542,20 @@ std::uint32_t Win32Platform::mixerGetDevCapsA(std::uint32_t deviceId, MixerCaps*
 
 std::uint32_t Win32Platform::mixerOpen(MixerHandle* handle, std::uint32_t deviceId, std::uint64_t callback,
                                        std::uint64_t instance, std::uint32_t flags) {
+  AwaitMixersReadAhead();
   HMIXER h = nullptr;
   MMRESULT r = ::mixerOpen(&h, deviceId, static_cast<DWORD_PTR>(callback), static_cast<DWORD_PTR>(instance), flags);
   *handle = r == MMSYSERR_NOERROR ? static_cast<MixerHandle>(reinterpret_cast<ULONG_PTR>(h)) : 0;
   return r;
 }
 
-std::uint32_t Win32Platform::mixerClose(MixerHandle handle) { return ::mixerClose(ToHmixer(handle)); }
+std::uint32_t Win32Platform::mixerClose(MixerHandle handle) {
+  AwaitMixersReadAhead();
+  return ::mixerClose(ToHmixer(handle));
+}
 
 std::uint32_t Win32Platform::mixerGetLineInfoA(MixerHandle handle, MixerLine* line, std::uint32_t flags) {
+  AwaitMixersReadAhead();
   MIXERLINEA l{};
   l.cbStruct = RecordSize(line->cbStruct, mixerline::kSize, sizeof l);
   l.dwDestination = line->dwDestination;

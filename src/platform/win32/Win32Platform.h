@@ -8,6 +8,17 @@ namespace tamrix::win32 {
 
 class Win32Platform : public Platform {
  public:
+  Win32Platform() = default;
+  ~Win32Platform() override;
+  Win32Platform(const Win32Platform&) = delete;
+  Win32Platform& operator=(const Win32Platform&) = delete;
+
+  // Has the system read its list of sound devices on a thread of its own, while the caller goes
+  // on: the first mixer call otherwise waits for that reading (on Wine, the sound server's
+  // devices, some 30 ms). Every mixer call waits for the reading to end first, so the mixers
+  // are asked in the order the program asks them, never at the same time.
+  void ReadMixersAhead();
+
   long RegOpenKeyExA(HKey parent, const std::string& subKey, std::uint32_t options, std::uint32_t samDesired,
                      HKey* result) override;
   long RegCloseKey(HKey key) override;
@@ -94,6 +105,11 @@ class Win32Platform : public Platform {
   void WriteTextLines(const std::string& path, const std::vector<std::string>& lines) override;
   std::string ExeName() override;
   std::vector<std::string> ListFolders(const std::string& path) override;
+
+ private:
+  void AwaitMixersReadAhead();
+
+  void* mixersReadAhead_ = nullptr;  // the reading thread, until a mixer call has waited for it
 };
 
 }  // namespace tamrix::win32
