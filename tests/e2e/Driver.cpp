@@ -313,6 +313,28 @@ void App::Answer(const MessageBoxSeen& box, int buttonId) {
   WaitUntil([&] { return !IsWindow(box.hwnd); }, 5000);
 }
 
+std::string App::TipOver(const std::string& designName) {
+  HWND window = Find(designName);
+  if (!window) return {};
+  RECT r{};
+  GetWindowRect(window, &r);
+  INPUT move{};
+  move.type = INPUT_MOUSE;
+  move.mi.dwFlags = MOUSEEVENTF_MOVE;
+  SetCursorPos(r.left - 100, r.top - 100);
+  SendInput(1, &move, sizeof move);
+  Sleep(200);
+  SetCursorPos((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+  SendInput(1, &move, sizeof move);
+  Search s{pi_.dwProcessId, "tooltips_class32", main_, nullptr};
+  WaitUntil([&] {
+    s.found = nullptr;
+    EnumWindows(FindTopLevel, reinterpret_cast<LPARAM>(&s));
+    return s.found != nullptr;
+  }, 5000);
+  return s.found ? TextOf(s.found) : std::string();
+}
+
 HWND App::OtherWindow() {
   Search s{pi_.dwProcessId, "", main_, nullptr};
   EnumWindows(FindTopLevel, reinterpret_cast<LPARAM>(&s));

@@ -62,6 +62,9 @@ class App {
   // the program's process: comparable only with other pointers of the same run.
   HCURSOR CursorOver(const std::string& designName);
   static HCURSOR CursorOverWindow(HWND window);
+  // The tip that shows with the mouse resting on the control's centre, as the screen shows it:
+  // the text of the process's tip window once it stands (empty when none shows).
+  std::string TipOver(const std::string& designName);
   // A window of the main window's class, shown or not.
   bool MainWindowExists();
   bool MainWindowShown();

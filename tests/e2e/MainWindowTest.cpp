@@ -67,6 +67,14 @@ TEST(MainWindow, CornersAreCutRound) {
   EXPECT_EQ(corner, desktop);
 }
 
+TEST(MainWindow, ButtonsShowTheirTipUnderTheMousePointer) {
+  App app;
+  ASSERT_TRUE(app.Start());
+  EXPECT_EQ(app.TipOver("win"), ".. Optimisez votre Windows ..");
+  EXPECT_EQ(app.TipOver("TamrixCmd7"), ".. Protégez votre système ..");
+  Screenshot("button-tip");
+}
+
 TEST(MainWindow, QuitButtonEndsTheProgram) {
   App app;
   ASSERT_TRUE(app.Start());

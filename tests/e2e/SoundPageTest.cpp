@@ -177,6 +177,11 @@ TEST_F(SoundPageOnWine, ListsAndBothReportsShowWhatWinmmReports) {
   app.Click("TamrixCmd11");
   ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frmson"); }));
   Screenshot("sound-page");
+  // A click on a line of a report makes that line the report's tip.
+  Items report = app.Items("lstDstLineInfo");
+  ASSERT_GE(report.size(), 2u);
+  app.Choose("lstDstLineInfo", 1);
+  EXPECT_EQ(app.TipOver("lstDstLineInfo"), report[1]);
 }
 
 TEST_F(SoundPageOnWine, ChangeOfMixerRewritesTheDestinationsTheSourcesAndBothReports) {

@@ -124,25 +124,34 @@ class WindowPeer : public Peer {
 
  public:
   void SyncToolTip(Control& c);
+  void AddToolTip(HWND tips);
+  bool tipAdded = false;  // the form's tips window knows this window's tip
 };
 
 // The window of a control's container, where a windowless control is drawn.
 HWND ContainerWindow(Control& c);
 
-// A tip set at run time replaces the one of the design, or is the first one.
+constexpr char kToolTipsProp[] = "TamrixTips";
+constexpr UINT_PTR kToolTipsTimer = 0x7A000001;  // far above the controls' timers, numbered from 1
+
+// A tip set at run time replaces the one of the design, or is the first one. A form's tips window
+// comes after its first paint; the tips set before are added to it then.
 void WindowPeer::SyncToolTip(Control& c) {
   std::string tip = ToAnsi(c.design().tip);
   if (tip == tipAnsi || !hwnd) return;
-  HWND tips = reinterpret_cast<HWND>(GetPropA(formWindow, "TamrixTips"));
-  bool had = !tipAnsi.empty();
   tipAnsi = std::move(tip);
+  if (auto tips = reinterpret_cast<HWND>(GetPropA(formWindow, kToolTipsProp))) AddToolTip(tips);
+}
+
+void WindowPeer::AddToolTip(HWND tips) {
   TOOLINFOA ti{};
   ti.cbSize = sizeof ti;
   ti.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
   ti.hwnd = hwnd;
   ti.uId = reinterpret_cast<UINT_PTR>(hwnd);
   ti.lpszText = tipAnsi.data();
-  SendMessageA(tips, had ? TTM_UPDATETIPTEXTA : TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
+  SendMessageA(tips, tipAdded ? TTM_UPDATETIPTEXTA : TTM_ADDTOOLA, 0, reinterpret_cast<LPARAM>(&ti));
+  tipAdded = true;
 }
 
 void WindowPeer::MakeChildrenIfShown() {
@@ -407,8 +416,10 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
     p->hwnd = CreateWindowExA(0, kControlClass, ToAnsi(c.Caption()).c_str(), style, Px(t.left), Px(t.top),
                               Px(t.width), Px(t.height), parent, nullptr, instance_, p);
   }
-  // Siblings stack in the order they are declared, the first in front.
-  SetWindowPos(p->hwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  // Siblings stack in the order they are declared, the first in front. A window the system
+  // already put behind its siblings is left where it is: the move costs a round of messages.
+  if (GetWindow(p->hwnd, GW_HWNDNEXT))
+    SetWindowPos(p->hwnd, HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
   SetPropA(p->hwnd, kDesignNameProp,
            reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GlobalAddAtomA(c.Name().c_str()))));
   p->SyncToolTip(c);
@@ -445,11 +456,27 @@ HWND Binding::CreateFormWindow(Form& form) {
   form.hWnd = reinterpret_cast<ULONG_PTR>(hwnd);
   form.peer = p;
   SetPropA(hwnd, kDesignNameProp, reinterpret_cast<HANDLE>(static_cast<ULONG_PTR>(GlobalAddAtomA(form.Name().c_str()))));
-  HWND tips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
-                              CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, hwnd, nullptr, instance_, nullptr);
-  SetPropA(hwnd, "TamrixTips", tips);
   for (Control* child : form.Children()) Create(*child, hwnd, form);
   return hwnd;
+}
+
+// The tips window is a window of its own on the screen, and nobody points at a control before
+// the form has painted: a timer, which fires only once the queue is empty, makes it then.
+void Binding::ShowFirstTime(WindowPeer& p) {
+  p.shownOnce = true;
+  ShowWindow(p.hwnd, p.form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
+  UpdateWindow(p.hwnd);
+  SetTimer(p.hwnd, kToolTipsTimer, USER_TIMER_MINIMUM, nullptr);
+}
+
+void Binding::MakeToolTips(HWND formWindow) {
+  if (GetPropA(formWindow, kToolTipsProp)) return;
+  HWND tips = CreateWindowExA(WS_EX_TOPMOST, TOOLTIPS_CLASSA, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP,
+                              CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, formWindow, nullptr, instance_,
+                              nullptr);
+  SetPropA(formWindow, kToolTipsProp, tips);
+  for (auto& peer : peers_)
+    if (peer->formWindow == formWindow && peer->hwnd && !peer->tipAnsi.empty()) peer->AddToolTip(tips);
 }
 
 bool Binding::Show(Form& form) {
@@ -457,9 +484,7 @@ bool Binding::Show(Form& form) {
   Invoke([&] { form.Load(); });
   if (!form.Loaded()) return false;
   MakeShownPages(form);
-  static_cast<WindowPeer*>(form.peer)->shownOnce = true;
-  ShowWindow(hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
-  UpdateWindow(hwnd);
+  ShowFirstTime(*static_cast<WindowPeer*>(form.peer));
   return true;
 }
 
@@ -481,9 +506,7 @@ void Binding::ShowForm(Form& form) {
   if (!p || !p->hwnd) return;
   MakeShownPages(form);
   if (!p->shownOnce) {
-    p->shownOnce = true;
-    ShowWindow(p->hwnd, form.WindowState() == 1 ? SW_SHOWMINIMIZED : SW_SHOWNORMAL);
-    UpdateWindow(p->hwnd);
+    ShowFirstTime(*p);
   } else {
     ShowWindow(p->hwnd, SW_SHOW);  // a minimised window stays minimised
   }
@@ -578,10 +601,9 @@ void PaintBuffered(HWND hwnd, WindowPeer& p) {
   HDC dc = BeginPaint(hwnd, &ps);
   RECT rc;
   GetClientRect(hwnd, &rc);
-  HDC mem = CreateCompatibleDC(dc);
-  HBITMAP bmp = CreateCompatibleBitmap(dc, std::max<LONG>(1, rc.right), std::max<LONG>(1, rc.bottom));
-  HGDIOBJ old = SelectObject(mem, bmp);
   Resources& res = p.binding.resources();
+  HDC mem = res.BackBuffer(dc, rc.right, rc.bottom);
+  const int state = SaveDC(mem);
   if (p.control.kind() == Kind::Form) {
     HBITMAP pic = res.Picture(p.control.design().picture);
     if (pic) {
@@ -599,10 +621,8 @@ void PaintBuffered(HWND hwnd, WindowPeer& p) {
     PaintControl(mem, rc, p.control, res, p.pressed);
     DrawShapes(mem, p.control);
   }
+  RestoreDC(mem, state);
   BitBlt(dc, 0, 0, rc.right, rc.bottom, mem, 0, 0, SRCCOPY);
-  SelectObject(mem, old);
-  DeleteObject(bmp);
-  DeleteDC(mem);
   EndPaint(hwnd, &ps);
 }
 
@@ -697,6 +717,11 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
       b.Invoke([&] { form.MouseDown(1, Shift(), TwipsX(lParam), TwipsY(lParam)); });
       return 0;
     case WM_TIMER:
+      if (wParam == kToolTipsTimer) {
+        KillTimer(hwnd, wParam);
+        b.MakeToolTips(hwnd);
+        return 0;
+      }
       for (auto& peer : b.peers_) {
         if (peer->timerId == wParam && peer->formWindow == hwnd && peer->control.kind() == Kind::Timer) {
           auto& timer = static_cast<Timer&>(peer->control);
@@ -782,6 +807,8 @@ LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM
       p->tracking = false;
       if (c.kind() == Kind::TamrixCmd) static_cast<TamrixCmd&>(c).SetHovered(false);
       return 0;
+    case WM_NCPAINT:
+      return 0;  // our controls have no frame: there is nothing to paint around their face
     case WM_NCDESTROY:
       p->hwnd = nullptr;
       break;

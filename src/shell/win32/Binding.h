@@ -41,6 +41,8 @@ class Binding : public FormHost {
   friend class WindowPeer;
   void Create(Control& control, HWND parent, Form& form);
   HWND CreateFormWindow(Form& form);
+  void ShowFirstTime(WindowPeer& formPeer);
+  void MakeToolTips(HWND formWindow);
   bool IsFormWindow(HWND window) const;
   void FormWindowGone(Form& form);
   void CreateTimers(Control& container, Form& form);

@@ -249,6 +249,11 @@ void PaintBar(HDC dc, const RECT& rc, TamrixPBar& bar, Resources& res) {
 }  // namespace
 
 Resources::~Resources() {
+  if (back_) {
+    SelectObject(back_, backFirstBitmap_);
+    DeleteObject(backBitmap_);
+    DeleteDC(back_);
+  }
   for (auto& [k, f] : fonts_) DeleteObject(f);
   for (auto& [k, b] : pictures_)
     if (b) DeleteObject(b);
@@ -264,6 +269,21 @@ HFONT Resources::Font(const FontSpec& font) {
                         font.name.c_str());
   fonts_[key] = f;
   return f;
+}
+
+HDC Resources::BackBuffer(HDC screen, int width, int height) {
+  width = std::max(1, width);
+  height = std::max(1, height);
+  if (!back_) back_ = CreateCompatibleDC(screen);
+  if (width > backSize_.cx || height > backSize_.cy) {
+    backSize_ = {std::max<LONG>(width, backSize_.cx), std::max<LONG>(height, backSize_.cy)};
+    HBITMAP grown = CreateCompatibleBitmap(screen, backSize_.cx, backSize_.cy);
+    HGDIOBJ was = SelectObject(back_, grown);
+    if (backBitmap_) DeleteObject(backBitmap_);
+    else backFirstBitmap_ = was;
+    backBitmap_ = grown;
+  }
+  return back_;
 }
 
 HBITMAP Resources::Picture(const std::string& name) {
