@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Start-up of tamrix.exe under Wine beside Wine's own notepad.exe, measured the same way in the
 # same run: from the process's start to its first visible top-level window, and to the moment it
-# first waits for input with that window painted. Seven alternating runs, medians and ratios
-# (the goal is a ratio of 1.2 or less). Then where tamrix's time goes: the load's steps timed in
-# a process that makes the same main window, five times, each step's median.
+# first waits for input with that window painted. Fifteen alternating runs, since Wine's start-up
+# wavers by some 10 ms from one run to the next; medians and ratios (the goal is a ratio of 1.2 or
+# less). Then where tamrix's time goes: the load's steps timed in a process that makes the same
+# main window, five times, each step's median.
 #
 # usage: scripts/bench-startup.sh [--runs N] EXE...   (default: build/win64/tamrix.exe)
 # Figures only, in a throw-away prefix on a private Xvfb.
@@ -12,7 +13,7 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
-runs=7
+runs=15
 exes=()
 while (($#)); do
   case $1 in

@@ -480,7 +480,7 @@ void Binding::MakeToolTips(HWND formWindow) {
 }
 
 bool Binding::Show(Form& form) {
-  HWND hwnd = CreateFormWindow(form);
+  CreateFormWindow(form);
   Invoke([&] { form.Load(); });
   if (!form.Loaded()) return false;
   MakeShownPages(form);
