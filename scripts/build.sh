@@ -55,6 +55,9 @@ configure() {
   fi
   local args=(-S . -B "$dir" -G Ninja -DCMAKE_BUILD_TYPE="$type" -DTAMRIX_SANITIZE="$sanitize")
   [[ -n $toolchain ]] && args+=(-DCMAKE_TOOLCHAIN_FILE="$root/$toolchain")
+  # A compiler cache, where the machine has one, spares rebuilding what another checkout of the
+  # same sources already built; paths under the checkout are cached relative to it.
+  command -v ccache >/dev/null && args+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
   echo "== configuring $dir ($type)"
   if ! cmake "${args[@]}"; then
     echo "build.sh: cmake could not configure $dir" >&2
@@ -63,6 +66,7 @@ configure() {
   fi
 }
 
+export CCACHE_BASEDIR=$root
 failed=()
 for tree in "${trees[@]}"; do
   dir=build/$tree
