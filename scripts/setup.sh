@@ -21,6 +21,10 @@ packages=(
   xvfb xauth x11-utils imagemagick
   # audio mixers for Wine
   pulseaudio
+  # the 32-bit program's route: arch-test tells whether this machine runs 32-bit x86 code; where it
+  # cannot, qemu-user runs 32-bit Wine by emulation, and gcc-multilib builds the small i386 library
+  # that mends what qemu gets wrong for Wine
+  arch-test qemu-user gcc-multilib
   # fr_FR.UTF-8 for glibc
   locales
 )
@@ -74,64 +78,16 @@ if ! has_fr_locale; then
   has_fr_locale || { say "locale-gen did not produce fr_FR.UTF-8"; exit 1; }
 fi
 
-# 32-bit Wine, for the 32-bit tamrix.exe: Debian's wine32 comes from the i386 architecture. When
-# it cannot be had (the i386 index of the archive is being synced, its packages lag behind their
-# amd64 twins), setup says why in one line, puts the machine back as it found it (no i386
-# architecture left half-added) and leaves the reason in build/wine32-missing, for the tests to
-# report the 32-bit suites as skipped. A failed try is not repeated for an hour.
-wine32_note=build/wine32-missing
-has_wine32() { [[ -x /usr/lib/wine/wine ]] && dpkg-query -W -f='${db:Status-Status}\n' wine32:i386 2>/dev/null | grep -qx installed; }
-wine32_missing() {
-  mkdir -p build
-  printf '32-bit Wine not installed: %s\n' "$1" >"$wine32_note"
-  say "32-bit Wine not installed: $1; ${2:-the 32-bit suites are skipped}"
-}
-i386_packages() { dpkg-query -W -f='${binary:Package} ${db:Status-Status}\n' 2>/dev/null | awk '$1 ~ /:i386$/ && $2 == "installed" {print $1}' | sort; }
-
-try_wine32() {
-  local apt_opts=(-o DPkg::Lock::Timeout=300) added=0 log before reason
-  if has_wine32; then
-    rm -f "$wine32_note"
-    return 0
-  fi
-  if ((EUID != 0)); then
-    wine32_missing "setup is not run as root" "as root run: dpkg --add-architecture i386 && apt-get update && apt-get install wine32:i386"
-    return 0
-  fi
-  if [[ -f $wine32_note ]] && (($(date +%s) - $(stat -c %Y "$wine32_note") < 3600)); then
-    say "$(cat "$wine32_note") (tried less than an hour ago); the 32-bit suites are skipped"
-    return 0
-  fi
-  if ! dpkg --print-foreign-architectures | grep -qx i386; then
-    dpkg --add-architecture i386
-    added=1
-  fi
-  log=$(mktemp)
-  before=$(i386_packages)
-  if ! apt-get "${apt_opts[@]}" update >"$log" 2>&1; then
-    reason="the Debian archive's i386 index could not be read ($(grep -m1 -oE '(File has unexpected size|Hash Sum mismatch|Failed to fetch|Could not)[^[]*' "$log" | sed 's/ *$//' || true))"
-  elif ! DEBIAN_FRONTEND=noninteractive apt-get "${apt_opts[@]}" install -y --no-install-recommends wine32:i386 >"$log" 2>&1; then
-    reason="wine32:i386 cannot be installed ($(grep -m1 -E '^E: |Depends:' "$log" | sed 's/^ *//; s/ *$//' || true))"
-  fi
-  if [[ -z ${reason:-} ]] && has_wine32; then
-    rm -f "$wine32_note" "$log"
-    say "32-bit Wine installed"
-    return 0
-  fi
-  : "${reason:=wine32:i386 installed but /usr/lib/wine/wine is missing}"
-  # Back to how the machine was: the i386 packages this try brought in go, then the architecture
-  # if this try added it, then its index.
-  local added_packages
-  added_packages=$(comm -13 <(printf '%s\n' "$before") <(i386_packages) | tr '\n' ' ')
-  if [[ -n ${added_packages// /} ]]; then
-    # shellcheck disable=SC2086  # one word per package
-    DEBIAN_FRONTEND=noninteractive apt-get "${apt_opts[@]}" purge -y $added_packages >>"$log" 2>&1 || true
-  fi
-  if ((added)) && [[ -z $(i386_packages) ]]; then
-    dpkg --remove-architecture i386
-    apt-get "${apt_opts[@]}" update >>"$log" 2>&1 || true
-  fi
-  rm -f "$log"
-  wine32_missing "$reason" "the machine is left as it was and the 32-bit suites are skipped"
-}
-try_wine32
+# The 32-bit program's route, chosen in this order and said in one line (also left in
+# build/wine32-route, which the tests and the benchmark read):
+#   native    this machine runs 32-bit x86 code and Debian's wine32:i386 is (or gets) installed;
+#   emulated  it cannot (most x86_64 kernels of developers' and CI's machines are built without
+#             32-bit support): bookworm's i386 wine32 is unpacked into a private root in the
+#             user's cache, outside the package database, and run by qemu-i386;
+#   skipped   neither can be had; the reason goes to build/wine32-missing and the 32-bit suites
+#             are reported skipped with it.
+# A machine that cannot run 32-bit code never gets the i386 architecture nor wine32:i386: they
+# would install, and every 32-bit program would then crash at its first instruction.
+# shellcheck source=scripts/wine32-root.sh
+source "$(dirname "${BASH_SOURCE[0]}")/wine32-root.sh"
+wine32_choose_route

@@ -27,6 +27,8 @@ run_start=$(tamrix_now_ms)
 bash scripts/setup.sh || exit 1
 mkdir -p "$results"
 rm -f "$results"/*.xml "$results"/*.log
+# The 32-bit route setup chose, quoted in the summary.
+wine32_route=$(wine32_route_line)
 
 total_passed=0 total_failed=0 total_skipped=0
 summary=()
@@ -89,6 +91,7 @@ suite() {
   timeout --foreground -k 10 "$suite_timeout" "$@" 2>&1 | tee "$log"
   rc=${PIPESTATUS[0]}
   local ms=$(($(tamrix_now_ms) - start))
+  [[ $tree == win32 ]] && wine32_ms=$((wine32_ms + ms))
   if [[ ! -s $xml ]]; then
     local why="ended with status $rc without writing $xml"
     ((rc == 124)) && why="timed out after ${suite_timeout}s without writing $xml"
@@ -109,11 +112,29 @@ suite() {
   fi
   note "$name" "$p" "$f" "$s" "$ms" "$remark"
 }
+wine32_ms=0
 
 # The same as suite, for an executable that should exist but does not.
 missing() {
   note "$1" 0 1 0 0 "executable missing: $2"
 }
+
+# lines_suite NAME LOG COMMAND...: a shell test that prints one PASS or FAIL line per check.
+lines_suite() {
+  local name=$1 log=$2 start rc p f
+  shift 2
+  start=$(tamrix_now_ms)
+  "$@" >"$log" 2>&1
+  rc=$?
+  cat "$log"
+  p=$(grep -c '^PASS' "$log")
+  f=$(grep -c '^FAIL' "$log")
+  ((rc != 0 && f == 0)) && f=1  # ended before it could tell
+  note "$name" "$p" "$f" 0 $(($(tamrix_now_ms) - start))
+}
+
+# The 32-bit route's choice, on made-up machines.
+lines_suite setup-route "$results/setup-route.log" bash tests/setup/wine32-route-test.sh
 
 # ---- build -------------------------------------------------------------------
 for tree in native win64 win32; do
@@ -169,7 +190,7 @@ if ((wine_ready)); then
   echo
   echo "==== making the Wine prefix build/test-prefix"
   start=$(tamrix_now_ms)
-  if make_prefix "$prefix"; then
+  if make_prefix "$prefix" && prepare_prefix32 "$prefix"; then
     summary+=("$(printf '%-16s made in %s' "wine prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   else
     note "wine prefix" 0 1 0 $(($(tamrix_now_ms) - start)) "wineboot failed"
@@ -181,10 +202,12 @@ export WINEPREFIX=$prefix
 # Windows path of a Unix path (its directory must exist).
 winpath() { winepath -w "$1" 2>/dev/null; }
 
-# wine_suite NAME TREE TARGET XML: one gtest executable of build/TREE under Wine.
+# wine_suite NAME TREE TARGET XML: one gtest executable of build/TREE under Wine (the i686 tree
+# by the 32-bit route setup chose).
 wine_suite() {
   local name=$1 tree=$2 target=$3 xml=$results/$4
-  local exe=build/$tree/$target.exe
+  local exe=build/$tree/$target.exe runner=(wine)
+  [[ $tree == win32 ]] && runner=(bash scripts/wine32.sh)
   if ((!wine_ready)); then
     note "$name" 0 1 0 0 "not run: no Wine environment (see above)"
     return
@@ -193,7 +216,7 @@ wine_suite() {
     missing "$name" "$exe (build/$tree is not configured)"
     return
   fi
-  suite "$name" "$tree" "$target" "$exe" "$xml" wine "$exe" --gtest_output="xml:$(winpath "$root/$xml")"
+  suite "$name" "$tree" "$target" "$exe" "$xml" "${runner[@]}" "$exe" --gtest_output="xml:$(winpath "$root/$xml")"
   # Whatever the suite left running in the prefix ends here, so that the
   # next suite starts from a quiet prefix.
   stop_prefix "$prefix"
@@ -218,13 +241,13 @@ e2e_suite() {
   unset TAMRIX_EXE TAMRIX_SHOTS GTEST_FILTER
 }
 
-# The 32-bit suites need 32-bit Wine; without it they are skipped, with the reason setup gave.
+# The 32-bit suites need a 32-bit route; without one they are skipped, with the reason setup gave.
 wine32_ready=0
 wine32_reason=
-if [[ -x /usr/lib/wine/wine ]]; then
+if [[ -s build/wine32-route ]]; then
   wine32_ready=1
 else
-  wine32_reason=$(cat build/wine32-missing 2>/dev/null || echo "32-bit Wine not installed (wine32:i386)")
+  wine32_reason=$(cat build/wine32-missing 2>/dev/null || echo "32-bit Wine not available (run scripts/setup.sh)")
 fi
 skipped32() { note "$1" 0 0 1 0 "SKIPPED: $wine32_reason"; }
 
@@ -278,6 +301,8 @@ stop_all
 echo
 echo "==== summary"
 printf '%s\n' "${summary[@]}"
+echo "32-bit route: $wine32_route"
+printf '32-bit suites:   %s\n' "$(tamrix_fmt_ms "$wine32_ms")"
 echo "total time: $(tamrix_fmt_ms $(($(tamrix_now_ms) - run_start)))"
 if ((total_skipped)); then
   echo "$total_passed passed, $total_failed failed, $total_skipped skipped"

@@ -154,10 +154,10 @@ use_prefix() {
   TAMRIX_PREFIXES+=("$1")
 }
 
-# make_prefix DIR: a fresh Wine prefix. wineboot asks nothing with tamrix_env's
-# overrides and needs no display. The 32-bit half of Wine is not installed, so
-# wineboot says it cannot open syswow64\rundll32.exe; that is expected and its
-# output is only shown when it fails.
+# make_prefix DIR: a fresh 64-bit Wine prefix. wineboot asks nothing with tamrix_env's
+# overrides and needs no display. Without Debian's 32-bit Wine, wineboot says it cannot open
+# syswow64\rundll32.exe; that is expected and its output is only shown when it fails
+# (prepare_prefix32 then fills syswow64 for the emulated route).
 make_prefix() {
   local dir=$1 log
   mkdir -p "$(dirname "$dir")"
@@ -175,6 +175,40 @@ make_prefix() {
     return 1
   fi
   rm -f "$log"
+}
+
+# ---- 32-bit programs ---------------------------------------------------------------------
+# Every script runs a 32-bit Windows program the same way, whichever route setup chose:
+#   bash scripts/wine32.sh PROGRAM.exe [ARGS...]
+# in a 64-bit prefix (WINEARCH=win64, as tamrix_env sets) made by make_prefix then
+# prepare_prefix32. Not a 32-bit prefix: there every system process (services.exe,
+# winedevice.exe, explorer.exe) would be emulated too, and under qemu 7.2 some of them die of
+# SIGSEGV and a console program takes half a minute; here only the 32-bit program is emulated and
+# the host's 64-bit Wine serves it, as WoW64 does on 64-bit Windows.
+
+# The route in one line: "emulated ROOT", "native", or why there is none.
+wine32_route_line() {
+  local here
+  here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+  if [[ -s $here/build/wine32-route ]]; then
+    cat "$here/build/wine32-route"
+  else
+    echo "none: $(cat "$here/build/wine32-missing" 2>/dev/null || echo "scripts/setup.sh has not run")"
+  fi
+}
+
+# prepare_prefix32 PREFIX: what the prefix needs for the route: with Debian's wine32 wineboot has
+# done it all; on the emulated route syswow64 gets the private root's i386 DLLs.
+prepare_prefix32() {
+  local route
+  route=$(wine32_route_line)
+  [[ $route == "emulated "* ]] || return 0
+  # shellcheck source=scripts/wine32-root.sh
+  source "$(dirname "${BASH_SOURCE[0]}")/wine32-root.sh"
+  if ! wine32_fill_syswow64 "${route#emulated }" "$1"; then
+    tamrix_say "the 32-bit DLLs could not be put in $1's syswow64"
+    return 1
+  fi
 }
 
 # Ends the wineserver of one prefix and every Windows process in it, and

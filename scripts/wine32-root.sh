@@ -1,0 +1,191 @@
+# shellcheck shell=bash
+# The 32-bit program's route, sourced by setup.sh (which calls wine32_choose_route) and by
+# tests/setup/wine32-route-test.sh (which calls it with the machine's tools stubbed).
+#
+# Left behind for the tests and the benchmark:
+#   build/wine32-route    "native" or "emulated ROOT"
+#   build/wine32-missing  the reason the 32-bit suites are skipped, when they are
+
+wine32_route_file=build/wine32-route
+wine32_note=build/wine32-missing
+
+# Where the private i386 root lives: a cache of the user's, outside git, shared by every checkout on
+# this machine and kept between runs (it is some 730 MB of Debian packages, unpacked).
+wine32_cache_dir() { echo "${TAMRIX_CACHE_DIR:-${XDG_CACHE_HOME:-$HOME/.cache}/tamrix}"; }
+
+w32_say() { printf 'setup: %s\n' "$*" >&2; }
+
+# The version of the 64-bit Wine on this machine: the i386 half must be the very same, since the
+# 64-bit wineserver serves both halves and they speak its protocol.
+wine32_host_version() { dpkg-query -W -f='${Version}' wine64 2>/dev/null; }
+
+# Succeeds when this machine executes 32-bit x86 code (arch-test runs a tiny i386 program).
+wine32_machine_runs_i386() { command -v arch-test >/dev/null && arch-test i386 >/dev/null 2>&1; }
+
+wine32_native_present() {
+  [[ -x /usr/lib/wine/wine ]] && dpkg-query -W -f='${db:Status-Status}\n' wine32:i386 2>/dev/null | grep -qx installed
+}
+
+w32_i386_packages() { dpkg-query -W -f='${binary:Package} ${db:Status-Status}\n' 2>/dev/null | awk '$1 ~ /:i386$/ && $2 == "installed" {print $1}' | sort; }
+
+# Installs Debian's wine32:i386; on failure puts the machine back as it found it (the i386 packages
+# this try brought in, then the architecture if this try added it) and prints the reason.
+wine32_install_native() {
+  local apt_opts=(-o DPkg::Lock::Timeout=300) added=0 log before reason=
+  if ! dpkg --print-foreign-architectures | grep -qx i386; then
+    dpkg --add-architecture i386
+    added=1
+  fi
+  log=$(mktemp)
+  before=$(w32_i386_packages)
+  if ! apt-get "${apt_opts[@]}" update >"$log" 2>&1; then
+    reason="the Debian archive's i386 index could not be read ($(grep -m1 -oE '(File has unexpected size|Hash Sum mismatch|Failed to fetch|Could not)[^[]*' "$log" | sed 's/ *$//' || true))"
+  elif ! DEBIAN_FRONTEND=noninteractive apt-get "${apt_opts[@]}" install -y --no-install-recommends wine32:i386 >"$log" 2>&1; then
+    reason="wine32:i386 cannot be installed ($(grep -m1 -E '^E: |Depends:' "$log" | sed 's/^ *//; s/ *$//' || true))"
+  fi
+  if [[ -z $reason ]] && wine32_native_present; then
+    rm -f "$log"
+    return 0
+  fi
+  : "${reason:=wine32:i386 installed but /usr/lib/wine/wine is missing}"
+  local added_packages
+  added_packages=$(comm -13 <(printf '%s\n' "$before") <(w32_i386_packages) | tr '\n' ' ')
+  if [[ -n ${added_packages// /} ]]; then
+    # shellcheck disable=SC2086  # one word per package
+    DEBIAN_FRONTEND=noninteractive apt-get "${apt_opts[@]}" purge -y $added_packages >>"$log" 2>&1 || true
+  fi
+  if ((added)) && [[ -z $(w32_i386_packages) ]]; then
+    dpkg --remove-architecture i386
+    apt-get "${apt_opts[@]}" update >>"$log" 2>&1 || true
+  fi
+  rm -f "$log"
+  echo "$reason"
+  return 1
+}
+
+# The private root for the emulated route: ROOT/usr/lib/wine/wine and its i386 libraries, as
+# bookworm ships them, plus the small library that mends qemu's faults (wine32-qemu-fixes.c).
+wine32_root_path() { echo "$(wine32_cache_dir)/i386-wine-$(wine32_host_version)"; }
+wine32_root_ready() { [[ -f $1/.complete && -x $1/usr/lib/wine/wine && -f $1/usr/lib/tamrix-qemu-fixes.so ]]; }
+
+# The i386 DLLs and programs a 64-bit prefix needs in syswow64 for the emulated route (the 64-bit
+# wineboot leaves it empty when the host has no 32-bit Wine); links, not copies: some 560 MB.
+wine32_fill_syswow64() {
+  local root=$1 prefix=$2 dir=$1/usr/lib/i386-linux-gnu/wine/i386-windows
+  [[ -d $dir && -d $prefix/drive_c/windows/syswow64 ]] || return 1
+  ln -sf "$dir"/* "$prefix/drive_c/windows/syswow64/"
+}
+
+# A private apt: its own sources (bookworm's main archive only, i386 only), lists, cache and an
+# empty package database, so that it resolves wine32's whole i386 closure and downloads it without
+# ever touching the host's. The packages are then unpacked with dpkg -x, no scripts run.
+wine32_make_root() {
+  local root=$1 version work apt debs n
+  version=$(wine32_host_version)
+  [[ -n $version ]] || { echo "wine64 is not installed"; return 1; }
+  work=$root.work
+  rm -rf "$work" "$root"
+  apt=$work/apt
+  mkdir -p "$apt"/etc/sources.list.d "$apt"/etc/preferences.d "$apt"/lists/partial \
+    "$apt"/archives/partial "$apt"/dpkg "$work"/root
+  : >"$apt/dpkg/status"
+  echo "deb ${TAMRIX_DEBIAN_MIRROR:-http://deb.debian.org/debian} bookworm main" >"$apt/etc/sources.list"
+  local opts=(
+    -o "APT::Architecture=i386" -o "APT::Architectures::=i386"
+    -o "Dir::Etc::SourceList=$apt/etc/sources.list" -o "Dir::Etc::SourceParts=$apt/etc/sources.list.d"
+    -o "Dir::Etc::Preferences=$apt/etc/preferences" -o "Dir::Etc::PreferencesParts=$apt/etc/preferences.d"
+    -o "Dir::State::Lists=$apt/lists" -o "Dir::State::status=$apt/dpkg/status"
+    -o "Dir::Cache=$apt" -o "Dir::Cache::Archives=$apt/archives"
+    -o "Acquire::Check-Valid-Until=false" -o "APT::Install-Recommends=false"
+    -o "Debug::NoLocking=true" -o "APT::Sandbox::User=root"
+  )
+  if ! apt-get "${opts[@]}" update >"$work/apt.log" 2>&1; then
+    echo "bookworm's i386 index could not be read ($(grep -m1 -E '^(E|Err):' "$work/apt.log" || true))"
+    return 1
+  fi
+  if ! apt-get "${opts[@]}" install -y --download-only "wine32=$version" "libwine=$version" >>"$work/apt.log" 2>&1; then
+    echo "wine32 $version for i386 could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
+    return 1
+  fi
+  shopt -s nullglob
+  debs=("$apt"/archives/*.deb)
+  shopt -u nullglob
+  n=${#debs[@]}
+  local d
+  for d in "${debs[@]}"; do
+    dpkg -x "$d" "$work/root" || { echo "dpkg -x failed for $(basename "$d")"; return 1; }
+  done
+  # What libwine's maintainer script does on install, which dpkg -x does not run: zlib1.dll comes
+  # from libz-mingw-w64 and is marked as one of Wine's own DLLs, without which user32 won't load.
+  local zin=$work/root/usr/i686-w64-mingw32/lib/zlib1.dll zout=$work/root/usr/lib/i386-linux-gnu/wine/i386-windows/zlib1.dll
+  [[ -f $zin ]] || { echo "libz-mingw-w64's zlib1.dll is missing from the root"; return 1; }
+  { head -c 64 "$zin"; printf 'Wine builtin DLL'; head -c 16 /dev/zero; tail -c +97 "$zin"; } >"$zout"
+  # No maintainer script ran, so no ld.so.cache: without one the i386 loader misses the libraries
+  # Wine opens by name at run time (FreeType, the X libraries) and fonts and windows fail.
+  echo 'include /etc/ld.so.conf.d/*.conf' >"$work/root/etc/ld.so.conf"
+  ldconfig -r "$work/root" || { echo "ldconfig could not index the root's libraries"; return 1; }
+  # The 32-bit loader starts its 64-bit helpers (wineboot, the 64-bit side of a 64-bit prefix)
+  # through wine64 beside itself: the host's own, of the same version.
+  ln -s /usr/lib/wine/wine64 "$work/root/usr/lib/wine/wine64"
+  if ! wine32_build_fixes "$work/root"; then
+    echo "the i386 library that mends qemu could not be built (gcc -m32; gcc-multilib)"
+    return 1
+  fi
+  echo "$n packages, wine $version" >"$work/root/.complete"
+  mv "$work/root" "$root"
+  rm -rf "$work"
+}
+
+wine32_build_fixes() {
+  local src
+  src=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine32-qemu-fixes.c
+  gcc -m32 -O2 -fPIC -shared -Wall -o "$1/usr/lib/tamrix-qemu-fixes.so" "$src" -ldl
+}
+
+wine32_route() {
+  mkdir -p build
+  rm -f "$wine32_note"
+  echo "$1" >"$wine32_route_file"
+}
+
+wine32_skip() {
+  mkdir -p build
+  rm -f "$wine32_route_file"
+  printf '32-bit Wine not available: %s\n' "$1" >"$wine32_note"
+  w32_say "32-bit route: none, the 32-bit suites are skipped: $1"
+}
+
+wine32_choose_route() {
+  local why root
+  if wine32_machine_runs_i386; then
+    if wine32_native_present; then
+      wine32_route native
+      w32_say "32-bit route: native (this machine runs 32-bit code; wine32:i386 is installed)"
+      return 0
+    fi
+    if ((EUID != 0)); then
+      wine32_skip "this machine runs 32-bit code but wine32:i386 is missing; as root run: dpkg --add-architecture i386 && apt-get update && apt-get install wine32:i386"
+      return 0
+    fi
+    if why=$(wine32_install_native); then
+      wine32_route native
+      w32_say "32-bit route: native (this machine runs 32-bit code; wine32:i386 installed now)"
+      return 0
+    fi
+    w32_say "wine32:i386 could not be installed ($why); the machine is left as it was"
+  fi
+  if ! command -v qemu-i386 >/dev/null; then
+    wine32_skip "this machine runs no 32-bit x86 code and qemu-i386 (qemu-user) is missing"
+    return 0
+  fi
+  root=$(wine32_root_path)
+  if ! wine32_root_ready "$root"; then
+    w32_say "making the private i386 root for 32-bit Wine in $root (once per machine, some 730 MB)"
+    if ! why=$(wine32_make_root "$root"); then
+      wine32_skip "the private i386 root could not be made: $why"
+      return 0
+    fi
+  fi
+  wine32_route "emulated $root"
+  w32_say "32-bit route: emulated (this machine runs no 32-bit x86 code: qemu-i386 runs bookworm's i386 wine32 from $root)"
+}
