@@ -197,18 +197,38 @@ wine32_route_line() {
   fi
 }
 
+# tamrix_wine EXE [ARGS...]: runs a program of build/win32 by the 32-bit route, any other with wine.
+tamrix_wine() {
+  if [[ $(basename "$(dirname "$1")") == win32 ]]; then
+    bash "$(dirname "${BASH_SOURCE[0]}")/wine32.sh" "$@"
+  else
+    wine "$@"
+  fi
+}
+
 # prepare_prefix32 PREFIX: what the prefix needs for the route: with Debian's wine32 wineboot has
 # done it all; on the emulated route syswow64 gets the private root's i386 DLLs.
 prepare_prefix32() {
   local route
   route=$(wine32_route_line)
   [[ $route == "emulated "* ]] || return 0
+  [[ -f $1/.tamrix-wow64 ]] && return 0  # done before, in a kept prefix
   # shellcheck source=scripts/wine32-root.sh
   source "$(dirname "${BASH_SOURCE[0]}")/wine32-root.sh"
   if ! wine32_fill_syswow64 "${route#emulated }" "$1"; then
     tamrix_say "the 32-bit DLLs could not be put in $1's syswow64"
     return 1
   fi
+  # The 64-bit wineboot found syswow64 empty and registered nothing in the 32-bit view: without
+  # the 32-bit COM classes (the audio devices' enumerator among them) a 32-bit program sees no
+  # mixer. The same install section wineboot runs for it, by a 32-bit rundll32.
+  if ! WINEPREFIX=$1 bash "$(dirname "${BASH_SOURCE[0]}")/wine32.sh" rundll32.exe setupapi,InstallHinfSection \
+      Wow64Install 128 '\\?\unix/usr/share/wine/wine.inf' >/dev/null 2>&1 ||
+    ! WINEPREFIX=$1 timeout 120 wineserver -w; then
+    tamrix_say "the 32-bit half of $1 could not be installed"
+    return 1
+  fi
+  echo "$route" >"$1/.tamrix-wow64"
 }
 
 # Ends the wineserver of one prefix and every Windows process in it, and
