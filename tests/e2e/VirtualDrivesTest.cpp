@@ -5,6 +5,7 @@
 // Wine 8's own subst.exe is a stub that maps nothing, so the drive itself can't appear there.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -156,6 +157,46 @@ TEST_F(VirtualDrivesOnWine, RemovalWithoutDemarrageKeepsTheRunValue) {
   auto value = ReadValue(HKEY_LOCAL_MACHINE, kRun, Lower(letter));
   ASSERT_TRUE(value.has_value()) << "the drive comes back at the next log-on";
   EXPECT_EQ(AsRowData(*value), "subst.exe " + letter + " \"" + folder + "\"");
+}
+
+// A REG_SZ value as the 64-bit view of the registry has it, whatever this test program's width.
+std::optional<std::string> ReadIn64BitView(const std::string& path, const std::string& name) {
+  HKEY key;
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, &key) != ERROR_SUCCESS)
+    return std::nullopt;
+  char data[1024];
+  DWORD size = sizeof data, type = 0;
+  LONG rc = RegQueryValueExA(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data), &size);
+  RegCloseKey(key);
+  if (rc != ERROR_SUCCESS || type != REG_SZ) return std::nullopt;
+  return std::string(data, strnlen(data, size));
+}
+
+// The tests run in a 64-bit prefix, as on 64-bit Windows: the i686 program runs under WoW64 and
+// its HKLM\Software rows land under WOW6432Node, where 64-bit programs don't look; the x86_64
+// program's land where they are named.
+TEST_F(VirtualDrivesOnWine, PermanentDriveRunValueLandsInTheRegistryViewOfTheProgramsWidth) {
+  OpenPage();
+  letter = app.Items("cmbLecteurDispo(0)").at(0);
+  std::string folder = ChooseFolder();
+  app.Click("chkCreerLecteurVirtuel");
+  ASSERT_TRUE(WaitUntil([&] { return app.Value("chkCreerLecteurVirtuel") == 1; }));
+  app.Click("cmdCheminVirtuel(1)");
+  ExpectBox("Création termninée avec succès !");
+
+  const std::string name = Lower(letter), command = "subst.exe " + letter + " \"" + folder + "\"";
+  const std::string named = kRun, redirected = "SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Run";
+  BOOL wow64 = FALSE;
+  ASSERT_TRUE(IsWow64Process(GetCurrentProcess(), &wow64));
+  if (sizeof(void*) == 4) {
+    EXPECT_TRUE(wow64) << "the 32-bit program runs under WoW64 in a 64-bit prefix";
+    EXPECT_EQ(ReadIn64BitView(redirected, name), command);
+    EXPECT_EQ(ReadIn64BitView(named, name), std::nullopt);
+  } else {
+    EXPECT_FALSE(wow64);
+    EXPECT_EQ(ReadIn64BitView(named, name), command);
+    EXPECT_EQ(ReadIn64BitView(redirected, name), std::nullopt);
+  }
 }
 
 // subst.exe found beside the program, before the system's: the witness.
