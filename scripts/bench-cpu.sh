@@ -4,6 +4,7 @@
 # two take turns. A figure, never a pass or a fail.
 #
 #   scripts/bench-cpu.sh [BUILD_DIR]     (default build/win64; TAMRIX_BENCH_CPU_MS=3000 per loop)
+# build/win32 runs by the 32-bit route setup chose (scripts/wine32.sh).
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -27,5 +28,6 @@ tamrix_mktemp
 prefix=$TAMRIX_TMP/prefix
 echo "making a throw-away Wine prefix in $prefix"
 make_prefix "$prefix"
+prepare_prefix32 "$prefix"
 export WINEPREFIX=$prefix
-wine "$exe" --ms "${TAMRIX_BENCH_CPU_MS:-3000}" | tr -d '\r'
+tamrix_wine "$exe" --ms "${TAMRIX_BENCH_CPU_MS:-3000}" | tr -d '\r'

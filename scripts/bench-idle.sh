@@ -64,6 +64,7 @@ tamrix_mktemp
 prefix=$TAMRIX_TMP/prefix
 echo "making a Wine prefix for the measurement (about 20 s)"
 make_prefix "$prefix"
+prepare_prefix32 "$prefix"
 export WINEPREFIX=$prefix
 clock_ticks=$(getconf CLK_TCK)
 
@@ -110,7 +111,7 @@ share() { LC_ALL=C awk -v t="$1" -v hz="$clock_ticks" -v s="$2" 'BEGIN { printf 
 measure() {
   local name=$1 caption_re=$2 i id server pids p0 p1 s0 s1 a0 a1 start_ms elapsed_ms secs
   shift 2
-  wine "$@" >/dev/null 2>&1 &
+  tamrix_wine "$@" >/dev/null 2>&1 &
   app_pid=$!
   id=
   for ((i = 0; i < 300; i++)); do

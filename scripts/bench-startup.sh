@@ -40,6 +40,7 @@ tamrix_mktemp
 prefix=$TAMRIX_TMP/prefix
 echo "making a Wine prefix for the measurement (about 20 s)"
 make_prefix "$prefix"
+prepare_prefix32 "$prefix"
 export WINEPREFIX=$prefix
 wineserver -p  # one server for every run, as on a desktop where Wine is already up
 
@@ -49,14 +50,14 @@ for exe in "${exes[@]}"; do
 done
 programs+=("notepad.exe=notepad.exe")
 # Each program once before measuring: the first start of a prefix loads and caches its DLLs.
-wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs 1 "${programs[@]}" >/dev/null
+tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs 1 "${programs[@]}" >/dev/null
 echo "start-up under Wine ($(wine --version)), $runs alternating runs"
-wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs "$runs" "${programs[@]}" | tr -d '\r'
+tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs "$runs" "${programs[@]}" | tr -d '\r'
 
 for exe in "${exes[@]}"; do
   echo "where the start-up of $(tree_of "$exe")/tamrix goes (one line a step, median of 5 runs)"
   for _ in 1 2 3 4 5; do
-    wine "$(dirname "$exe")/bench_startup.exe" --steps | tr -d '\r'
+    tamrix_wine "$(dirname "$exe")/bench_startup.exe" --steps | tr -d '\r'
   done | LC_ALL=C awk '
     { key = substr($0, 1, 57); val = $(NF - 1); if ($NF != "ms") { key = substr($0, 1, 57); val = $NF }
       if (!(key in n)) order[++k] = key; v[key, ++n[key]] = val; unit[key] = ($NF == "ms") ? " ms" : "" }

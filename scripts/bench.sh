@@ -19,11 +19,13 @@ bash scripts/build.sh -t tamrix -t bench_startup -t bench_optimiser_apply -t ben
 echo
 bash scripts/bench-exe.sh build/win32/tamrix.exe build/win64/tamrix.exe
 exes=(build/win64/tamrix.exe)
-if [[ -x /usr/lib/wine/wine ]]; then
+if [[ -s build/wine32-route ]]; then
   exes+=(build/win32/tamrix.exe)
+  echo
+  echo "build/win32/tamrix.exe runs by the 32-bit route: $(cat build/wine32-route)"
 else
   echo
-  echo "build/win32/tamrix.exe is not run: $(cat build/wine32-missing 2>/dev/null || echo "32-bit Wine is not installed")"
+  echo "build/win32/tamrix.exe is not run: $(cat build/wine32-missing 2>/dev/null || echo "32-bit Wine is not available")"
 fi
 echo
 bash scripts/bench-startup.sh "${exes[@]}"
@@ -34,3 +36,8 @@ idle_args=()
 for exe in "${exes[@]}"; do idle_args+=(--exe "$exe"); done
 bash scripts/bench-idle.sh "${idle_args[@]}"
 bash scripts/bench-cpu.sh build/win64
+if [[ -s build/wine32-route ]]; then
+  echo
+  echo "the same at 32 bits (x87 floating point), by the route: $(cat build/wine32-route)"
+  bash scripts/bench-cpu.sh build/win32
+fi
