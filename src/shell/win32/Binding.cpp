@@ -560,15 +560,6 @@ int Binding::Run() {
 
 namespace {
 
-// A bar's value as the message gives it: times 100, rounded; NaN reads 0 and the infinities the
-// largest counts, so that no value the pages set makes the conversion undefined.
-LRESULT BarValueTimes100(double value) {
-  if (std::isnan(value)) return 0;
-  const double limit = 9.0e15;
-  const double v = std::round(value * 100);
-  return static_cast<LRESULT>(v > limit ? limit : v < -limit ? -limit : v);
-}
-
 WindowPeer* PeerOf(HWND hwnd, UINT msg, LPARAM lParam) {
   if (msg == WM_NCCREATE) {
     auto* p = static_cast<WindowPeer*>(reinterpret_cast<CREATESTRUCTA*>(lParam)->lpCreateParams);
