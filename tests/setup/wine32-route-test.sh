@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# shellcheck disable=SC2317,SC2031  # the checks run through check(); choose() works in a subshell on purpose
 # The 32-bit route setup chooses, on machines made up with stub commands on PATH: which route it
 # says, what it leaves for the tests, and above all that a machine which runs no 32-bit code is
 # never given the i386 architecture nor wine32:i386. One line PASS or FAIL per check; exit status
