@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds both programs and writes the release into dist/: one zip per architecture, each with
-# tamrix.exe and a short French LISEZMOI.txt for users, and SHA256SUMS of the two zips.
+# tamrix.exe, its companion tamrix-etat.exe and a short French LISEZMOI.txt for users, and
+# SHA256SUMS of the two zips.
 # The README travels in the Windows code page with CRLF line ends, so that Notepad on any of the
 # Windows the program names shows its accents; the zips carry fixed dates, so that the same
 # programs give the same zips.
@@ -10,7 +11,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
 bash scripts/setup.sh
-bash scripts/build.sh -t tamrix win32 win64
+bash scripts/build.sh -t tamrix -t tamrix-etat win32 win64
 
 version=3.0
 rm -rf dist
@@ -25,6 +26,7 @@ for arch in ("win32", "win64"):
     name = f"dist/tamrix-{version}-{arch}.zip"
     with zipfile.ZipFile(name, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as z:
         for inside, data in ((f"tamrix-{version}/tamrix.exe", open(f"build/{arch}/tamrix.exe", "rb").read()),
+                             (f"tamrix-{version}/tamrix-etat.exe", open(f"build/{arch}/tamrix-etat.exe", "rb").read()),
                              (f"tamrix-{version}/LISEZMOI.txt", readme)):
             info = zipfile.ZipInfo(inside, stamp)
             info.compress_type = zipfile.ZIP_DEFLATED

@@ -13,7 +13,6 @@ resources/ next to the skin:
     about.bmp                      the emblem for the About page's white strip
     quit.bmp protect.bmp bios.bmp  20x20 button pictures; pure white is the
     optimise.bmp internet.bmp      transparent colour
-    test.bmp
     score_grey1..4.bmp             the CPU score scale, grey and lit; drawn
     score_lit1..4.bmp              opaque on the page's beige
     home_memory.bmp home_clock.bmp decorations, opaque on the page's beige
@@ -421,59 +420,6 @@ def draw_internet():
     ]
 
 
-def draw_test():
-    """A stopwatch: timing the processor."""
-    cx, cy, r = 10.0, 11.2, 7.7
-
-    def case(x, y):
-        c = mix((132, 150, 186), (44, 58, 92), clamp((x + y - 8.0) / 24.0))
-        return c
-
-    def crown(x, y):
-        return union(sd_round_rect(x, y, 7.9, 0.6, 12.1, 2.7, 0.7),
-                     sd_box(x, y, 9.0, 2.0, 11.0, cy - r + 1.0))
-
-    hand = math.radians(60.0)
-
-    def sector(x, y):
-        a = math.atan2(x - cx, -(y - cy))
-        inside = sd_circle(x, y, cx, cy, 5.2)
-        if 0.0 <= a <= hand:
-            return inside
-        return 1.0
-
-    def ticks(x, y):
-        d = 1e9
-        for k in range(4):
-            a = k * math.pi / 2.0
-            d = min(d, sd_capsule(x, y, *polar(cx, cy, 4.0, a), *polar(cx, cy, 5.2, a), 0.6))
-        return d
-
-    return [
-        Layer(crown, case, (24, 32, 56), 0.75),
-        Layer(lambda x, y: sd_capsule(x, y, *polar(cx, cy, r + 0.3, math.radians(45.0)),
-                                      *polar(cx, cy, r + 1.6, math.radians(45.0)), 1.05),
-              case, (24, 32, 56), 0.7),
-        Layer(lambda x, y: sd_circle(x, y, cx, cy, r), case, (24, 32, 56), 0.85),
-        Layer(lambda x, y: sd_circle(x, y, cx, cy, r - 1.9), radial((252, 252, 248), (226, 230, 238),
-                                                                   cx - 2.0, cy - 2.0, 8.0)),
-        Layer(sector, (255, 196, 170)),
-        Layer(ticks, (36, 40, 52)),
-        Layer(lambda x, y: sd_capsule(x, y, cx, cy, *polar(cx, cy, 4.6, hand), 0.8), (214, 30, 24)),
-        Layer(lambda x, y: sd_circle(x, y, cx, cy, 1.2), (40, 44, 56)),
-    ]
-
-
-# ------------------------------------------------------------ CPU score ---
-#
-# Four bars of a rising chart, one picture each.  The lit bar is painted over
-# the grey one of the same rank, so both come from the same outline: only the
-# colours differ.
-
-SCORE_W, SCORE_H = 25, 24
-SCORE_TOPS = (16.0, 11.0, 6.0, 1.0)
-SCORE_GREY = (160.0, 160.0, 160.0)
-SCORE_LIT = ((60.0, 182.0, 58.0), (236.0, 204.0, 30.0), (246.0, 136.0, 26.0), (222.0, 42.0, 34.0))
 
 
 def draw_score(rank, base):
@@ -805,8 +751,7 @@ def main():
     save_bmp(draw_about(), "about.bmp")
 
     for name, layers in (("quit", draw_quit()), ("protect", draw_protect()), ("bios", draw_bios()),
-                         ("optimise", draw_optimise()), ("internet", draw_internet()),
-                         ("test", draw_test())):
+                         ("optimise", draw_optimise()), ("internet", draw_internet())):
         save_bmp(on_white(20, 20, render(20, 20, layers, 8)), name + ".bmp")
 
     for rank in range(1, 5):

@@ -8,7 +8,9 @@
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   tamrix::win32::Win32Platform platform;
-  platform.ReadMixersAhead();  // the sound devices are read while the windows are made
+  // The sound devices are read while the windows are made, by the first instance only: a second
+  // one ends at once, without a look at them.
+  if (!platform.EarlierInstanceRunning()) platform.ReadMixersAhead();
   tamrix::win32::Binding binding(platform, instance);
   tamrix::Form1 form1(platform, &binding);
   if (!binding.Show(form1)) return 0;  // a second instance ends here, in silence

@@ -7,6 +7,7 @@
 namespace tamrix::rt {
 
 constexpr int ErrDeviceUnavailable = 68;
+constexpr int ErrPermissionDenied = 70;
 constexpr int ErrPathFileAccess = 75;
 constexpr int ErrPathNotFound = 76;
 constexpr int ErrInvalidPropertyValue = 380;
@@ -14,6 +15,7 @@ constexpr int ErrInvalidPicture = 481;
 constexpr int ErrDialogCancelled = 32755;
 
 inline RuntimeError DeviceUnavailable() { return RuntimeError(ErrDeviceUnavailable, "Device unavailable"); }
+inline RuntimeError PermissionDenied() { return RuntimeError(ErrPermissionDenied, "Permission denied"); }
 inline RuntimeError PathFileAccess() { return RuntimeError(ErrPathFileAccess, "Path/File access error"); }
 inline RuntimeError PathNotFound() { return RuntimeError(ErrPathNotFound, "Path not found"); }
 inline RuntimeError InvalidPropertyValue() { return RuntimeError(ErrInvalidPropertyValue, "Invalid property value"); }

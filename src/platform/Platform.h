@@ -249,6 +249,8 @@ class Platform {
   virtual bool FolderExists(const std::string& path) = 0;
   // Deletes the file even when it is hidden, system or read-only; false when it couldn't.
   virtual bool DeleteFileForce(const std::string& path) = 0;
+  // Deletes the file as the language's own delete does: a read-only file stays; false then.
+  virtual bool DeleteFilePlain(const std::string& path) = 0;
   // Creates or empties the file and writes each line in the ANSI code page, ended by CR LF. A
   // missing folder is fault 76, any other failure fault 75.
   virtual void WriteTextLines(const std::string& path, const std::vector<std::string>& lines) = 0;

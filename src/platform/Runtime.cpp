@@ -1,5 +1,6 @@
 #include "platform/Runtime.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <limits>
@@ -116,6 +117,85 @@ double TextToDouble(const std::string& text, char decimalSign) {
 }
 
 std::string IntToText(std::int64_t n) { return std::to_string(n); }
+
+namespace {
+
+// The length of the UTF-8 sequence that starts with this byte; a stray byte counts as one.
+std::size_t SequenceLength(unsigned char lead) {
+  if (lead >= 0xF0 && lead < 0xF8) return 4;
+  if (lead >= 0xE0) return lead < 0xF0 ? 3 : 1;
+  if (lead >= 0xC0) return 2;
+  return 1;
+}
+
+char32_t SmallLetter(char32_t c) {
+  if (c >= U'A' && c <= U'Z') return c + 32;
+  if (c < 0xC0) return c;
+  if (c <= 0xDE) return c == 0xD7 ? c : c + 32;  // the Latin-1 capitals, but for the sign ×
+  if (c == 0x130) return U'i';
+  if (c >= 0x100 && c <= 0x137) return c % 2 == 0 ? c + 1 : c;
+  if (c >= 0x139 && c <= 0x148) return c % 2 == 1 ? c + 1 : c;
+  if (c >= 0x14A && c <= 0x177) return c % 2 == 0 ? c + 1 : c;
+  if (c == 0x178) return 0xFF;
+  if (c >= 0x179 && c <= 0x17E) return c % 2 == 1 ? c + 1 : c;
+  if (c == 0x386) return 0x3AC;
+  if (c >= 0x388 && c <= 0x38A) return c + 37;
+  if (c == 0x38C) return 0x3CC;
+  if (c == 0x38E || c == 0x38F) return c + 63;
+  if (c >= 0x391 && c <= 0x3AB && c != 0x3A2) return c + 32;
+  if (c >= 0x400 && c <= 0x40F) return c + 80;
+  if (c >= 0x410 && c <= 0x42F) return c + 32;
+  if ((c >= 0x460 && c <= 0x481) || (c >= 0x48A && c <= 0x4BF)) return c % 2 == 0 ? c + 1 : c;
+  return c;
+}
+
+void AppendUtf8(std::string& out, char32_t c) {
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | (c >> 6));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {
+    out += static_cast<char>(0xE0 | (c >> 12));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  }
+}
+
+}  // namespace
+
+std::string Left(const std::string& text, std::size_t n) {
+  std::size_t at = 0;
+  for (std::size_t taken = 0; taken < n && at < text.size(); ++taken)
+    at += SequenceLength(static_cast<unsigned char>(text[at]));
+  return text.substr(0, std::min(at, text.size()));
+}
+
+std::string LCase(const std::string& text) {
+  std::string out;
+  out.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    auto lead = static_cast<unsigned char>(text[i]);
+    std::size_t n = SequenceLength(lead);
+    if (n == 1) {  // ASCII, or a stray byte copied as it is
+      out += lead < 0x80 ? static_cast<char>(SmallLetter(lead)) : text[i];
+      ++i;
+      continue;
+    }
+    // The letters with small forms are all of two or three bytes; the rest is copied.
+    if (n == 4 || i + n > text.size()) {
+      std::size_t k = std::min(n, text.size() - i);
+      out.append(text, i, k);
+      i += k;
+      continue;
+    }
+    char32_t c = n == 2 ? (lead & 0x1F) : (lead & 0x0F);
+    for (std::size_t k = 1; k < n; ++k) c = (c << 6) | (static_cast<unsigned char>(text[i + k]) & 0x3F);
+    AppendUtf8(out, SmallLetter(c));
+    i += n;
+  }
+  return out;
+}
 
 }  // namespace tamrix::rt
 

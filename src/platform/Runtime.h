@@ -49,6 +49,14 @@ double TextToDouble(const std::string& text, char decimalSign);
 // The decimal form of a whole number, as a number turned into text gives it.
 std::string IntToText(std::int64_t n);
 
+// Left(text, n): the first n characters of a text, whole letters and not bytes of its UTF-8.
+std::string Left(const std::string& text, std::size_t n);
+
+// LCase: every capital of the whole text to its small letter, as the language does on its
+// Unicode text: Latin with its accented and extended letters (Œ, Š, Ž, Ÿ, the Central European
+// ones), Greek and Cyrillic. Anything else stays as it is.
+std::string LCase(const std::string& text);
+
 }  // namespace rt
 
 // "On Error Resume Next" for one statement: a run-time fault is dropped and the caller goes on

@@ -30,12 +30,21 @@ class WmiObject {
 };
 using WmiObjects = std::vector<std::shared_ptr<WmiObject>>;
 
+// A collection walked one object at a time, as a For Each over it fetches them: Next gives the
+// next object, or null after the last; a fetch that fails raises a run-time error, and the
+// objects fetched before it stand.
+class WmiCollection {
+ public:
+  virtual ~WmiCollection() = default;
+  virtual std::shared_ptr<WmiObject> Next() = 0;
+};
+
 // A WMI service bound from a moniker. A query that fails raises a run-time error.
 class WmiService {
  public:
   virtual ~WmiService() = default;
   virtual WmiObjects ExecQuery(const std::string& query) = 0;
-  virtual WmiObjects InstancesOf(const std::string& className) = 0;
+  virtual std::shared_ptr<WmiCollection> InstancesOf(const std::string& className) = 0;
 };
 
 }  // namespace tamrix

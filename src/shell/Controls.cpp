@@ -317,9 +317,10 @@ void VScrollBar::SetValue(int v) {
   if (OnChange) OnChange();
 }
 
-void Form::Unload() {
+void Form::Unload(int mode) {
   if (OnQueryUnload && !querying_ && loaded_) {
     querying_ = true;
+    unloadMode_ = mode;
     bool cancel = false;
     try {
       OnQueryUnload(cancel);
@@ -332,6 +333,23 @@ void Form::Unload() {
   }
   loaded_ = false;
   Changed();
+}
+
+bool Form::QueryEndSession() {
+  if (!OnQueryUnload || !loaded_) return true;
+  // The form's own question already stands: the session waits for the user's answer to it.
+  if (querying_) return false;
+  querying_ = true;
+  unloadMode_ = kUnloadByEndOfSession;
+  bool cancel = false;
+  try {
+    OnQueryUnload(cancel);
+  } catch (...) {
+    querying_ = false;
+    throw;
+  }
+  querying_ = false;
+  return !cancel;
 }
 
 void Form::Activate() {

@@ -430,8 +430,18 @@ class Form : public Control {
 
   std::uint64_t hWnd = 0;  // set by the peer once the window exists
 
+  // The unload modes a query is told: the window's close box, the program's code, the system's
+  // end of session (log-off, shutdown).
+  static constexpr int kUnloadByCloseBox = 0;
+  static constexpr int kUnloadByCode = 1;
+  static constexpr int kUnloadByEndOfSession = 2;
+
   bool Loaded() const { return loaded_; }
-  void Unload();
+  void Unload(int mode = kUnloadByCode);
+  // The system asks whether the session may end: the form's query runs with the system's mode,
+  // and its Cancel refuses. Nothing is unloaded here; the system ends the process afterwards.
+  bool QueryEndSession();
+  int QueryUnloadMode() const { return unloadMode_; }  // during a query
   int WindowState() const { return windowState_; }  // 0 normal, 1 minimised
   void SetWindowState(int state);
   int MousePointer() const { return mousePointer_; }  // 0 default, 11 hourglass
@@ -449,6 +459,7 @@ class Form : public Control {
 
  private:
   bool querying_ = false;
+  int unloadMode_ = kUnloadByCode;
   bool loaded_ = false;
   int windowState_ = 0;
   int mousePointer_ = 0;

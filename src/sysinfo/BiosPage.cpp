@@ -68,7 +68,7 @@ void BiosPage::InfoBios() {
     report_ += "Description" ":\t" + Text("Description") + kCrLf;
     // The query has no release date: it is cut out of the version string, and a text that
     // reads as no date passes the pattern unchanged.
-    report_ += "Release Date" ":\t" + rt::FormatDateText(Text("Version").substr(0, 8), "DD - mmmm - YYYY", p_) + kCrLf;
+    report_ += "Release Date" ":\t" + rt::FormatDateText(rt::Left(Text("Version"), 8), "DD - mmmm - YYYY", p_) + kCrLf;
     report_ += "Status" "\t:\t" + Text("Status") + kCrLf;
     report_ += "BIOS Version" ":\t" + Text("SMBIOSBIOSVersion") + kCrLf;
     report_ += "Language Courrent" "\t:\t" + Text("CurrentLanguage") + kCrLf;

@@ -50,8 +50,7 @@ CpuPage::CpuPage(Control& testLab, Platform& platform)
       Cpu8(&TamrixFrm1, Value("Cpu8", 7)),
       Cpu9(&TamrixFrm1, Value("Cpu9", 8)),
       Cpu10(&TamrixFrm1, Value("Cpu10", 9)),
-      Test(&FrmCpu, {.name = "Test", .caption = "Démarrer le Test", .rect = {4800, 420, 2160, 450}, .picture = "test",
-                     .centerPicture = false}),
+      Test(&FrmCpu, {.name = "Test", .caption = "Démarrer le Test", .rect = {4800, 420, 2160, 450}}),
       Label22(&FrmCpu, {.name = "Label22", .caption = "Appréciation", .rect = {4800, 1020, 2160, 255}, .backStyle = 0,
                         .alignment = 2}),
       iImage5(&FrmCpu, Symbol("iImage5", "score_lit1", 0, false)),
@@ -130,13 +129,16 @@ void CpuPage::PrepareOpening() {
 // several processors the last one stays on the page.
 void CpuPage::FillProcessorLabels() {
   std::shared_ptr<WmiService> wmi = p_.WmiGetObject("winmgmts:{impersonationLevel=impersonate}");
-  WmiObjects processors = wmi->InstancesOf("Win32_Processor");
+  std::shared_ptr<WmiCollection> processors = wmi->InstancesOf("Win32_Processor");
   const std::pair<Label*, const char*> rows[] = {
       {&Cpu1, "DeviceID"},          {&Cpu2, "Availability"}, {&Cpu3, "AddressWidth"}, {&Cpu4, "CpuStatus"},
       {&Cpu5, "CurrentClockSpeed"}, {&Cpu6, "MaxClockSpeed"}, {&Cpu7, "L2CacheSize"}, {&Cpu8, "L2CacheSpeed"},
       {&Cpu9, "VoltageCaps"},       {&Cpu10, "name"},
   };
-  for (const auto& processor : processors) {
+  // Objects are fetched one by one as the walk goes: once the first is in hand errors are
+  // ignored, so one that can't be fetched ends the walk with the labels already written.
+  std::shared_ptr<WmiObject> processor = processors->Next();
+  while (processor) {
     for (const auto& [label, property] : rows) {
       ResumeNext([&] {
         WmiValue v = processor->Get(property);
@@ -144,6 +146,9 @@ void CpuPage::FillProcessorLabels() {
         label->SetCaption(rt::JoinText(v, p_));
       });
     }
+    std::shared_ptr<WmiObject> next;
+    ResumeNext([&] { next = processors->Next(); });
+    processor = next;
   }
 }
 

@@ -31,7 +31,7 @@ DrivesPage::DrivesPage(Control& testLab, Platform& platform)
       Drive1(&disque, {.name = "Drive1", .rect = {180, 690, 3060, 315}}, platform),
       Fact(&disque, {.name = "Fact", .rect = {4440, 330, 420, 420}, .visible = false}, platform),
       Image4(&disque, {.name = "Image4", .rect = {4935, 315, 690, 690}, .picture = "drive"}),
-      TamrixPBar3(&disque, {.name = "TamrixPBar3", .rect = {5940, 315, 690, 690}, .progressType = 1, .direction = 4}),
+      TamrixPBar3(&disque, {.name = "TamrixPBar3", .rect = {5940, 315, 720, 720}, .progressType = 1, .direction = 4}),
       Label13(&disque, Row("Label13", "Nom du Volume :", 0)),
       Label7(&disque, Row("Label7", "Type du lecteur :", 1)),
       Label8(&disque, Row("Label8", "Système de fichier :", 2)),

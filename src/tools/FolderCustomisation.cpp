@@ -11,21 +11,6 @@ constexpr const char* kAttention = "Attention";
 constexpr const char* kDone = "Opération effectuée avec succées!";
 constexpr const char* kDoneTitle = " Tamrix Utility 3.0 Pro ";
 
-// Lower case as the system's single-byte code page has it: ASCII and the accented capitals.
-std::string LCase(std::string s) {
-  for (std::size_t i = 0; i < s.size(); ++i) {
-    auto c = static_cast<unsigned char>(s[i]);
-    if (c >= 'A' && c <= 'Z') {
-      s[i] = static_cast<char>(c + 32);
-    } else if (c == 0xC3 && i + 1 < s.size()) {
-      auto n = static_cast<unsigned char>(s[i + 1]);
-      if (n >= 0x80 && n <= 0x9E && n != 0x97) s[i + 1] = static_cast<char>(n + 0x20);
-      ++i;
-    }
-  }
-  return s;
-}
-
 Design Icon(int i) {
   return {.name = "picIcones(" + std::to_string(i) + ")", .rect = {240 + i * 900, 750, 555, 555},
           .backColor = colors::ButtonFace, .mousePointer = 99};
@@ -86,7 +71,7 @@ FolderCustomisationPage::~FolderCustomisationPage() {
 // folder goes to lower case as well as the name.
 std::string FolderCustomisationPage::OwnFile() {
   // No special case for a program in a drive's root: the separator is doubled there.
-  return LCase(p_.AppPath() + "\\" + p_.ExeName() + ".exe");
+  return rt::LCase(p_.AppPath() + "\\" + p_.ExeName() + ".exe");
 }
 
 void FolderCustomisationPage::Load() {
@@ -176,7 +161,8 @@ void FolderCustomisationPage::PersonnaliserDossier() {
     return;
   }
   const std::string ini = P + "\\desktop.ini";
-  if (p_.FileExists(ini)) p_.DeleteFileForce(ini);  // forced: a hidden, system one goes too
+  // Forced: a hidden, system one goes too. One that still won't go ends the program here.
+  if (p_.FileExists(ini) && !p_.DeleteFileForce(ini)) throw rt::PermissionDenied();
   p_.StartProcess("attrib +s \"" + P + "\"", ShowCommand::Hidden);
   std::vector<std::string> lines{"[.ShellClassInfo]"};
   if (optDefaut.Value() == 0) {

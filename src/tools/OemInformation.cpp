@@ -81,7 +81,7 @@ void OemInformationPage::AjouterLogo() {
 
 // The message comes whether there was a logo or not; oeminfo.ini and the picture stay.
 void OemInformationPage::Supprimer() {
-  ResumeNext([&] { p_.DeleteFileForce(LogoFile()); });
+  ResumeNext([&] { p_.DeleteFilePlain(LogoFile()); });  // a read-only logo stays
   p_.MessageBoxA(" Le Logo est supprimé avec succés ", mb::Ok | mb::Information, kBoxTitle);
 }
 

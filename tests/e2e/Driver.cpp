@@ -341,6 +341,43 @@ HWND App::OtherWindow() {
   return s.found;
 }
 
+namespace {
+
+struct TakingInput {
+  DWORD pid;
+  HWND except;
+  std::vector<HWND> found;
+};
+
+BOOL CALLBACK CollectTakingInput(HWND h, LPARAM l) {
+  auto* t = reinterpret_cast<TakingInput*>(l);
+  DWORD pid = 0;
+  GetWindowThreadProcessId(h, &pid);
+  if (pid == t->pid && h != t->except && IsWindowEnabled(h)) t->found.push_back(h);
+  return TRUE;
+}
+
+}  // namespace
+
+std::vector<HWND> WindowsTakingInput(DWORD pid, HWND except) {
+  TakingInput t{pid, except, {}};
+  EnumWindows(CollectTakingInput, reinterpret_cast<LPARAM>(&t));
+  return t.found;
+}
+
+void MouseClick(HWND window) {
+  RECT r{};
+  GetWindowRect(window, &r);
+  SetCursorPos((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+  INPUT in[2]{};
+  in[0].type = in[1].type = INPUT_MOUSE;
+  in[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+  in[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+  SendInput(1, &in[0], sizeof(INPUT));
+  Sleep(100);
+  SendInput(1, &in[1], sizeof(INPUT));
+}
+
 void Screenshot(const std::string& name) {
   const char* dir = std::getenv("TAMRIX_SHOTS");
   if (!dir) return;

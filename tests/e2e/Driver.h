@@ -104,6 +104,14 @@ struct Reds {
 };
 Reds RedAndBlue(HWND window);
 
+// The top-level windows of a process, shown or not, that would take the user's input, other
+// than the one named (a message box): its forms, its tips, whatever else it made.
+std::vector<HWND> WindowsTakingInput(DWORD pid, HWND except);
+
+// A click of the real mouse in the middle of a window, as the user makes it: it reaches whatever
+// the screen has there, if that takes input.
+void MouseClick(HWND window);
+
 // Runs a command line (reg.exe and the like) and waits for it.
 DWORD RunAndWait(const std::string& commandLine, DWORD timeoutMs = 60000);
 

@@ -184,6 +184,36 @@ TEST_F(TestLabHardware, CpuPageRaisesThePriorityAndShowsWinesProcessor) {
   Screenshot("testlab-cpu-opened");
 }
 
+TEST_F(TestLabHardware, TheTestsWarningStandsOverTheWholeProgramWhileTheClockTicksOn) {
+  OpenTestLab();
+  app.Click("TamrixCmd4");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("FrmCpu") && !app.Text("Cpu10").empty(); }));
+  app.Click("Test");
+  auto box = app.WaitMessageBox();
+  ASSERT_TRUE(box);
+  ASSERT_EQ(box->title, "Tamrix Utility");
+
+  auto taking = WindowsTakingInput(app.Pid(), box->hwnd);
+  std::string classes;
+  for (HWND h : taking) {
+    char cls[64] = {};
+    GetClassNameA(h, cls, sizeof cls);
+    classes += std::string(cls) + "; ";
+  }
+  EXPECT_TRUE(taking.empty()) << classes;
+  EXPECT_FALSE(IsWindowEnabled(app.Main()));
+  Screenshot("testlab-cpu-warning");
+
+  // The clock of the main window, a one-second timer, goes on under the box.
+  std::string clock = app.Text("Label19");
+  EXPECT_TRUE(WaitUntil([&] { return app.Text("Label19") != clock; }, 3000)) << clock;
+  EXPECT_TRUE(IsWindow(box->hwnd));
+
+  App::Answer(*box, IDCANCEL);
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowEnabled(app.Main()); }, 5000));
+  EXPECT_EQ(app.Text("Test"), "Démarrer le Test");
+}
+
 TEST_F(TestLabHardware, TheFifteenSecondTestRunsToItsScoreWordsAndPictures) {
   OpenTestLab();
   app.Click("TamrixCmd4");

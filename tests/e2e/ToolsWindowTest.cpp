@@ -4,10 +4,12 @@
 // what Wine reports to a probe of its own (shell_probe.exe, beside the tests).
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 #include <sstream>
+#include <thread>
 #include <vector>
 
 #include "e2e/Driver.h"
@@ -172,6 +174,120 @@ TEST_F(ToolsWindowOnWine, TheGuardAsksWhileACountRunsNoKeepsBothWindowsAndTheCou
   EXPECT_TRUE(WaitUntil([&] { return ToolsGone() && MainBackMinimised(); }));
 }
 
+// The classes of windows that would take input, for a failure's message.
+std::string Classes(const std::vector<HWND>& windows) {
+  std::string out;
+  for (HWND h : windows) {
+    char cls[64] = {};
+    GetClassNameA(h, cls, sizeof cls);
+    out += std::string(cls) + " \"" + TextOf(h) + "\"; ";
+  }
+  return out;
+}
+
+TEST_F(ToolsWindowOnWine, TheGuardsQuestionStandsOverBothWindowsWhileTheCountTicksOn) {
+  Open("TamrixCmd15");
+  Type("sec", "30");
+  Click("option1");
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(In("pbtime")) && Bar() > 0; }, 5000));
+  PostMessageA(tools, WM_CLOSE, 0, 0);
+  auto box = app.WaitMessageBox();
+  ASSERT_TRUE(box.has_value());
+  ASSERT_EQ(box->title, "Tamrix Utility 3.0  -  Minutrie Active");
+  ASSERT_TRUE(IsWindowVisible(app.Main()));
+
+  // No window of the program takes input while the question stands, the main window that was
+  // made visible before it included.
+  auto taking = WindowsTakingInput(app.Pid(), box->hwnd);
+  EXPECT_TRUE(taking.empty()) << Classes(taking);
+  EXPECT_FALSE(IsWindowEnabled(app.Main()));
+  EXPECT_FALSE(IsWindowEnabled(tools));
+
+  // The user brings the main window up from the task bar and clicks its "&Quitter": nothing
+  // happens under the question, the main window stays and the question still stands.
+  ShowWindow(app.Main(), SW_RESTORE);
+  ASSERT_TRUE(WaitUntil([&] { return !IsIconic(app.Main()); }, 5000));
+  HWND quit = ChildOf(app.Main(), "TamrixCmd1");
+  ASSERT_NE(quit, nullptr);
+  RECT q{}, b{};
+  GetWindowRect(quit, &q);
+  GetWindowRect(box->hwnd, &b);
+  RECT both{};
+  if (IntersectRect(&both, &q, &b))  // the click must land on the button, not on the question
+    SetWindowPos(box->hwnd, nullptr, 0, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  Shot("tools-guard-over-main-window");
+  MouseClick(quit);
+  Sleep(1000);
+  EXPECT_TRUE(app.Running());
+  EXPECT_TRUE(IsWindow(app.Main()));
+  EXPECT_TRUE(IsWindowVisible(app.Main()));
+  EXPECT_TRUE(IsWindow(box->hwnd));
+
+  // The count's timer ticks on under the question.
+  int before = Bar();
+  Sleep(2500);
+  EXPECT_LT(Bar(), before);
+  EXPECT_TRUE(IsWindow(box->hwnd));
+
+  // Answered, the windows take input again.
+  App::Answer(*box, IDNO);
+  EXPECT_TRUE(WaitUntil([&] { return IsWindowEnabled(app.Main()) && IsWindowEnabled(tools); }, 5000));
+  EXPECT_TRUE(IsWindowVisible(tools));
+  Click("btn(0)");
+  box = app.WaitMessageBox();
+  ASSERT_TRUE(box.has_value());
+  App::Answer(*box, IDYES);
+  EXPECT_TRUE(WaitUntil([&] { return ToolsGone(); }));
+}
+
+// The system's question at log-off or shutdown, sent as the system sends it, from a thread of
+// ours since the answer waits for the user; gives the window's answer (-1: none came).
+class EndOfSession {
+ public:
+  explicit EndOfSession(HWND window) : window_(window), thread_([this] {
+    DWORD_PTR r = 0;
+    if (SendMessageTimeoutA(window_, WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF, SMTO_NORMAL, 30000, &r))
+      answer_ = static_cast<LRESULT>(r);
+  }) {}
+  LRESULT Answer() {
+    thread_.join();
+    return answer_;
+  }
+
+ private:
+  HWND window_;
+  LRESULT answer_ = -1;
+  std::thread thread_;
+};
+
+TEST_F(ToolsWindowOnWine, TheSystemsEndOfSessionAsksTheGuardANoRefusesItAndAYesLetsItGo) {
+  Open("TamrixCmd15");
+  Type("sec", "30");
+  Click("option1");
+  ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(In("pbtime")) && Bar() > 0; }, 5000));
+
+  EndOfSession refused(tools);
+  auto box = app.WaitMessageBox();
+  ASSERT_TRUE(box.has_value());
+  EXPECT_EQ(box->title, "Tamrix Utility 3.0  -  Minutrie Active");
+  EXPECT_EQ(box->text, "Etes vous sure de vouloir quitter l'applocation et désactiver \rla minutrie en cours !!");
+  EXPECT_TRUE(IsWindowVisible(app.Main()));
+  Shot("tools-guard-end-of-session");
+  App::Answer(*box, IDNO);
+  EXPECT_EQ(refused.Answer(), 0) << "a No refuses the end of session";
+  int before = Bar();
+  Sleep(2500);
+  EXPECT_TRUE(IsWindowVisible(tools));
+  EXPECT_LT(Bar(), before) << "the count goes on";
+
+  EndOfSession allowed(tools);
+  box = app.WaitMessageBox();
+  ASSERT_TRUE(box.has_value());
+  App::Answer(*box, IDYES);
+  EXPECT_NE(allowed.Answer(), 0) << "a Yes lets the session end";
+  EXPECT_TRUE(WaitUntil([&] { return ToolsGone(); }));
+}
+
 TEST_F(ToolsWindowOnWine, MinimisedTheCountGoesOnAfterANoAMainWindowButtonSwitchesThePageAndStopsIt) {
   Open("TamrixCmd15");
   Type("sec", "40");
@@ -300,7 +416,15 @@ TEST(ShutdownCountdownArmed, ThreeSecondsWithTheChosenActionLeftRunning) {
   SendMessageTimeoutA(Child(tools, "sec"), WM_SETTEXT, 0, reinterpret_cast<LPARAM>("03"), SMTO_ABORTIFHUNG, 5000, nullptr);
   PostMessageA(Child(tools, action), BM_CLICK, 0, 0);
   ASSERT_TRUE(WaitUntil([&] { return SendMessageA(Child(tools, action), BM_GETCHECK, 0, 0) == 1; }, 5000));
+  // The moment of the click, in milliseconds since 1970 on the host's clock, which Wine's system
+  // time is: the watching script measures the end of the count from here.
+  FILETIME now{};
+  GetSystemTimeAsFileTime(&now);
+  const unsigned long long ticks = static_cast<unsigned long long>(now.dwHighDateTime) << 32 | now.dwLowDateTime;
+  const long long clickedMs = static_cast<long long>((ticks - 116444736000000000ull) / 10000);
   PostMessageA(Child(tools, "option1"), BM_CLICK, 0, 0);
+  std::printf("clicked-at-ms %lld\n", clickedMs);
+  std::fflush(stdout);
   ASSERT_TRUE(WaitUntil([&] { return IsWindowVisible(Child(tools, "pbtime")) != FALSE; }, 5000));
   EXPECT_EQ(WaitForSingleObject(pi.hProcess, 0), static_cast<DWORD>(WAIT_TIMEOUT));  // armed, and running
   CloseHandle(pi.hProcess);

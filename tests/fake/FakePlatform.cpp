@@ -412,7 +412,12 @@ bool FakePlatform::WritePrivateProfileStringA(const std::string& section, const 
 std::uint32_t FakePlatform::GetWindowsDirectoryA(std::string* buffer, std::uint32_t size) {
   calls.push_back("GetWindowsDirectoryA(" + std::to_string(size) + ")");
   auto n = AnsiLength(windowsDirectory);
-  if (n >= size) return n + 1;
+  // Too small a buffer is left as the system found it, which for the real platform is a fresh
+  // one of zeros, the size asked for; the size needed comes back.
+  if (n >= size) {
+    *buffer = std::string(size, '\0');
+    return n + 1;
+  }
   *buffer = windowsDirectory;
   return n;
 }
@@ -420,7 +425,12 @@ std::uint32_t FakePlatform::GetWindowsDirectoryA(std::string* buffer, std::uint3
 std::uint32_t FakePlatform::GetSystemDirectoryA(std::string* buffer, std::uint32_t size) {
   calls.push_back("GetSystemDirectoryA(" + std::to_string(size) + ")");
   auto n = AnsiLength(systemDirectory);
-  if (n >= size) return n + 1;
+  // Too small a buffer is left as the system found it, which for the real platform is a fresh
+  // one of zeros, the size asked for; the size needed comes back.
+  if (n >= size) {
+    *buffer = std::string(size, '\0');
+    return n + 1;
+  }
   *buffer = systemDirectory;
   return n;
 }
@@ -461,6 +471,20 @@ class FakeWmiObject : public WmiObject {
   FakePlatform::WmiProps props_;
 };
 
+class FakeWmiCollection : public WmiCollection {
+ public:
+  FakeWmiCollection(WmiObjects objects, std::size_t failAt) : objects_(std::move(objects)), failAt_(failAt) {}
+  std::shared_ptr<WmiObject> Next() override {
+    if (next_ == failAt_) throw RuntimeError(-2147217406, "Automation error");
+    return next_ < objects_.size() ? objects_[next_++] : nullptr;
+  }
+
+ private:
+  WmiObjects objects_;
+  std::size_t failAt_;
+  std::size_t next_ = 0;
+};
+
 class FakeWmiService : public WmiService {
  public:
   explicit FakeWmiService(FakePlatform& p) : p_(p) {}
@@ -470,10 +494,12 @@ class FakeWmiService : public WmiService {
     std::size_t from = FakePlatform::Lower(query).find(" from ");
     return Objects(from == std::string::npos ? std::string() : query.substr(from + 6));
   }
-  WmiObjects InstancesOf(const std::string& className) override {
+  std::shared_ptr<WmiCollection> InstancesOf(const std::string& className) override {
     p_.calls.push_back("InstancesOf(" + className + ")");
     if (p_.wmiQueryFails) throw RuntimeError(-2147217392, "Automation error");
-    return Objects(className);
+    auto failing = p_.wmiFetchFailsAt.find(FakePlatform::Lower(className));
+    std::size_t failAt = failing == p_.wmiFetchFailsAt.end() ? static_cast<std::size_t>(-1) : failing->second;
+    return std::make_shared<FakeWmiCollection>(Objects(className), failAt);
   }
 
  private:
@@ -808,6 +834,16 @@ bool FakePlatform::FolderExists(const std::string& path) {
 
 bool FakePlatform::DeleteFileForce(const std::string& path) {
   calls.push_back("DeleteFileForce(" + path + ")");
+  if (lockedFiles.count(Lower(path))) return false;
+  fileAttributes.erase(Lower(path));
+  return files.erase(Lower(path)) > 0;
+}
+
+bool FakePlatform::DeleteFilePlain(const std::string& path) {
+  calls.push_back("DeleteFilePlain(" + path + ")");
+  auto a = fileAttributes.find(Lower(path));
+  if (lockedFiles.count(Lower(path)) || (a != fileAttributes.end() && (a->second & kReadOnly))) return false;
+  if (a != fileAttributes.end()) fileAttributes.erase(a);
   return files.erase(Lower(path)) > 0;
 }
 

@@ -56,6 +56,13 @@ class FakePlatform : public Platform {
   std::string& File(const std::string& path) { return files[Lower(path)]; }
   bool HasFile(const std::string& path) const { return files.count(Lower(path)) > 0; }
   std::set<std::string> readOnlyFiles;  // writes to these paths fail
+  // The attributes of files, by path (compared without regard to case); a file not named here has
+  // none. A plain delete leaves a read-only file; a forced one takes any.
+  static constexpr unsigned kReadOnly = 1, kHidden = 2, kSystem = 4;
+  std::map<std::string, unsigned> fileAttributes;
+  unsigned& Attributes(const std::string& path) { return fileAttributes[Lower(path)]; }
+  // Files that no delete takes, forced or not (another program holds them open).
+  std::set<std::string> lockedFiles;
 
   std::string appPath = "C:\\Program Files\\Tamrix";
   std::string windowsDirectory = "C:\\WINDOWS";
@@ -79,6 +86,8 @@ class FakePlatform : public Platform {
   // WMI: the objects of each class, by class name; a property missing from an object isn't there.
   using WmiProps = std::map<std::string, WmiValue>;
   std::map<std::string, std::vector<WmiProps>> wmiClasses;
+  // Class (in lower case) -> the rank of the object whose fetch fails in a walk of its instances.
+  std::map<std::string, std::size_t> wmiFetchFailsAt;
   bool wmiBindFails = false;
   bool wmiQueryFails = false;
   std::uint32_t priorityClass = 0x20;  // NORMAL_PRIORITY_CLASS
@@ -224,6 +233,7 @@ class FakePlatform : public Platform {
   bool FileExists(const std::string& path) override;
   bool FolderExists(const std::string& path) override;
   bool DeleteFileForce(const std::string& path) override;
+  bool DeleteFilePlain(const std::string& path) override;
   void WriteTextLines(const std::string& path, const std::vector<std::string>& lines) override;
   std::string ExeName() override { return exeName; }
   std::vector<std::string> ListFolders(const std::string& path) override;

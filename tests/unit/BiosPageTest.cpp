@@ -226,6 +226,13 @@ TEST(BiosPage, AVersionThatBeginsWithAMakersWordShowsItsFirstEightCharacters) {
   EXPECT_NE(s.page.Text1.Text().find("Release Date:\tWINE   -\r\n"), std::string::npos);
 }
 
+TEST(BiosPage, AVersionWithAnAccentedLetterKeepsItsFirstEightCharactersWhole) {
+  Page s;
+  s.object()["Version"] = Text("Sécurité 2004");
+  s.page.TamrixCmd9.Click();
+  EXPECT_NE(s.page.Text1.Text().find("Release Date:\tSécurité\r\n"), std::string::npos) << s.page.Text1.Text();
+}
+
 TEST(BiosPage, AVersionThatBeginsWithADateShowsItThroughTheDatePattern) {
   Page s;
   s.object()["Version"] = Text("03/15/05 Award");

@@ -80,6 +80,12 @@ struct Page {
   }
 };
 
+TEST(CpuPageDesign, TheTestButtonCarriesNoPicture) {
+  Page s;
+  EXPECT_EQ(s.page.Test.design().picture, "");
+  EXPECT_EQ(s.page.Test.Caption(), "Démarrer le Test");
+}
+
 TEST(CpuPageOpening, RaisesThePriorityAndInitialisesTheCommonControlsBeforeTheFramesSwitch) {
   Page s;
   s.form.sys.Click();
@@ -170,6 +176,23 @@ TEST(CpuPageOpening, AFailingInstancesOfEndsTheProgramToo) {
   Page s;
   s.p.wmiQueryFails = true;
   EXPECT_FALSE(RunHandler(s.p, [&] { s.form.TamrixCmd4.Click(); }));
+}
+
+TEST(CpuPageOpening, ALaterProcessorThatCantBeFetchedLeavesTheFirstOnesLabelsAndTheProgramRuns) {
+  Page s;
+  s.p.wmiClasses["Win32_Processor"].push_back(Processor());
+  s.p.wmiFetchFailsAt["win32_processor"] = 1;
+  EXPECT_TRUE(RunHandler(s.p, [&] { s.form.TamrixCmd4.Click(); }));
+  EXPECT_TRUE(s.p.boxes.empty());
+  EXPECT_EQ(s.page.Cpu1.Caption(), "CPU0");
+  EXPECT_EQ(s.page.Cpu10.Caption(), "Intel(R) Pentium(R) 4 CPU 2.40GHz");
+}
+
+TEST(CpuPageOpening, AFirstProcessorThatCantBeFetchedEndsTheProgram) {
+  Page s;
+  s.p.wmiFetchFailsAt["win32_processor"] = 0;
+  EXPECT_FALSE(RunHandler(s.p, [&] { s.form.TamrixCmd4.Click(); }));
+  for (Label* l : {&s.page.Cpu1, &s.page.Cpu10}) EXPECT_EQ(l->Caption(), "");
 }
 
 TEST(CpuTest, BeforeTheFirstRunTheScoreSaysIndiceAndNoColouredPictureShows) {

@@ -42,6 +42,12 @@ int Count(const std::vector<std::string>& calls, const std::string& call) {
   return static_cast<int>(std::count(calls.begin(), calls.end(), call));
 }
 
+TEST(DrivesPageDesign, TheFreeSpaceDialIsSevenHundredTwentyTwipsSquare) {
+  Page s;
+  EXPECT_EQ(s.page.TamrixPBar3.Rect().width, 720);
+  EXPECT_EQ(s.page.TamrixPBar3.Rect().height, 720);
+}
+
 TEST(DriveList, ShowsEachDriveAsItsSmallLetterAColonAndTheLabelInBrackets) {
   Machine m;
   DriveListBox list(nullptr, {.name = "Drive1"}, m.p);

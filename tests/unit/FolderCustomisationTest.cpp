@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/FileFaults.h"
+#include "shell/Dispatch.h"
 #include "unit/ToolsFixture.h"
 
 namespace tamrix {
@@ -90,6 +91,13 @@ TEST(FolderCustomisation, TheThirdIconOfAProgramInOutilsIsWrittenInLowerCase) {
   t.Folder(kFolder);
   t.page().cmdPersonnaliser.Click();
   EXPECT_EQ(t.p.File(kIni), "[.ShellClassInfo]\r\nIconFile=\"c:\\outils\\tamrix utility.exe\"\r\nIconIndex=3\r\n");
+}
+
+TEST(FolderCustomisation, EveryCapitalOfThePathGoesToLowerCaseAsTheLanguagesLowerCaseDoes) {
+  Perso t;
+  t.p.appPath = "C:\\ŒUVRES\\ŠKODA ŽĽUTÝ\\ŸSER\\ΑΘΗΝΑ\\ПРОГРАММЫ";
+  t.p.exeName = "TAMRIX ÆØ";
+  EXPECT_EQ(t.page().OwnFile(), "c:\\œuvres\\škoda žľutý\\ÿser\\αθηνα\\программы\\tamrix æø.exe");
 }
 
 TEST(FolderCustomisation, AccentedCapitalsOfTheProgramsPathGoToLowerCaseToo) {
@@ -188,7 +196,7 @@ TEST(FolderCustomisation, AfterAChosenFileTheListChoiceWritesTheIcoPathWithTheLi
 TEST(FolderCustomisation, AHiddenSystemDesktopIniIsReplacedWithoutError) {
   Perso t;
   t.p.File(kIni) = "[.ShellClassInfo]\r\nIconResource=C:\\old.ico,0\r\nInfoTip=Old\r\n";
-  t.p.readOnlyFiles.clear();
+  t.p.Attributes(kIni) = fake::FakePlatform::kHidden | fake::FakePlatform::kSystem | fake::FakePlatform::kReadOnly;
   t.Folder(kFolder);
   t.page().cmdPersonnaliser.Click();
   EXPECT_EQ(t.p.File(kIni), std::string("[.ShellClassInfo]\r\nIconFile=\"") + kOwnFile + "\"\r\nIconIndex=1\r\n");
@@ -196,6 +204,18 @@ TEST(FolderCustomisation, AHiddenSystemDesktopIniIsReplacedWithoutError) {
   auto del = std::find(t.p.calls.begin(), t.p.calls.end(), std::string("DeleteFileForce(") + kIni + ")");
   auto write = std::find(t.p.calls.begin(), t.p.calls.end(), std::string("WriteTextLines(") + kIni + ")");
   EXPECT_LT(del, write);
+}
+
+TEST(FolderCustomisation, ADesktopIniThatWontGoEndsTheProgramBeforeAttribRuns) {
+  Perso t;
+  t.p.File(kIni) = "[.ShellClassInfo]\r\nInfoTip=Old\r\n";
+  t.p.lockedFiles.insert(fake::FakePlatform::Lower(kIni));
+  t.Folder(kFolder);
+  EXPECT_FALSE(RunHandler(t.p, [&] { t.page().cmdPersonnaliser.Click(); }));
+  ASSERT_EQ(t.p.boxes.size(), 1u);
+  EXPECT_EQ(t.p.boxes[0].text, "Run-time error '70':\r\rPermission denied");
+  EXPECT_TRUE(t.p.started.empty()) << "attrib must not run";
+  EXPECT_EQ(t.p.File(kIni), "[.ShellClassInfo]\r\nInfoTip=Old\r\n");
 }
 
 TEST(FolderCustomisation, AnEmptyFolderBoxGivesTheFirstMessageAndNothingElse) {

@@ -222,6 +222,35 @@ TEST(Form2Window, AnsweringYesClosesAndTheCountSurvivesSoTheNextCloseAsksAgain) 
   EXPECT_TRUE(t.p.exitCalls.empty());
 }
 
+TEST(Form2Window, TheSystemsEndOfSessionAsksTheGuardAndANoRefusesItWithTheCountGoingOn) {
+  Tools t;
+  t.Open(Page::ShutDown);
+  fake::VirtualClock clock(t.w());
+  t.w().shutdown.sec.SetText("30");
+  t.w().shutdown.option1.Click();
+  clock.Advance(2000);
+  t.p.answers = {mb::IdNo};
+  EXPECT_FALSE(t.w().QueryEndSession());
+  ASSERT_EQ(t.p.boxes.size(), 1u);
+  EXPECT_EQ(t.p.boxes[0].text, kGuard);
+  EXPECT_TRUE(t.form2.Loaded());
+  EXPECT_TRUE(t.form1.Visible());
+  clock.Advance(1000);
+  EXPECT_EQ(t.form2.SecondesRestantes, 27);
+
+  t.p.answers = {mb::IdYes};
+  EXPECT_TRUE(t.w().QueryEndSession());
+  EXPECT_FALSE(t.form2.Loaded());
+}
+
+TEST(Form2Window, TheSystemsEndOfSessionWithoutACountGoesOnWithoutAQuestion) {
+  Tools t;
+  t.Open(Page::ShutDown);
+  EXPECT_TRUE(t.w().QueryEndSession());
+  EXPECT_TRUE(t.p.boxes.empty());
+  EXPECT_TRUE(t.form1.Visible());
+}
+
 TEST(Form2Window, AfterANoAToolButtonSwitchesTheOpenWindowsFrameAndItsActivationStopsTheTimer) {
   Tools t;
   t.Open(Page::ShutDown);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "shell/Controls.h"
 
 namespace tamrix {
@@ -37,6 +39,44 @@ TEST(FormEvents, AQueryThatLetsGoUnloads) {
   f.OnQueryUnload = [](bool&) {};
   f.Unload();
   EXPECT_FALSE(f.Loaded());
+}
+
+TEST(FormEvents, TheEndOfSessionAsksTheQueryWithTheSystemsModeAndACancelRefusesIt) {
+  Form f({.name = "F"});
+  f.Load();
+  int modeSeen = -1;
+  f.OnQueryUnload = [&](bool& cancel) {
+    modeSeen = f.QueryUnloadMode();
+    cancel = true;
+  };
+  EXPECT_FALSE(f.QueryEndSession());
+  EXPECT_EQ(modeSeen, 2);
+  EXPECT_TRUE(f.Loaded());
+}
+
+TEST(FormEvents, TheEndOfSessionGoesOnWhenTheQueryLetsGo) {
+  Form f({.name = "F"});
+  f.Load();
+  int asked = 0;
+  f.OnQueryUnload = [&](bool&) { ++asked; };
+  EXPECT_TRUE(f.QueryEndSession());
+  EXPECT_EQ(asked, 1);
+  Form bare({.name = "G"});
+  bare.Load();
+  EXPECT_TRUE(bare.QueryEndSession());
+}
+
+TEST(FormEvents, TheCloseBoxAndCodeGiveTheirOwnModes) {
+  Form f({.name = "F"});
+  std::vector<int> modes;
+  f.OnQueryUnload = [&](bool& cancel) {
+    modes.push_back(f.QueryUnloadMode());
+    cancel = true;
+  };
+  f.Load();
+  f.Unload(Form::kUnloadByCloseBox);
+  f.Unload();
+  EXPECT_EQ(modes, (std::vector<int>{0, 1}));
 }
 
 TEST(FormEvents, ActivationRaisesTheHandler) {

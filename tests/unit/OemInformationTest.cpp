@@ -126,6 +126,16 @@ TEST(OemInformation, DeletingTheLogoRemovesTheFileAndKeepsTheInformationAndThePi
   EXPECT_EQ(o.p.boxes[0].style, mb::Ok | mb::Information);
 }
 
+TEST(OemInformation, DeletingLeavesAReadOnlyLogoAndStillReportsSuccess) {
+  Oem o;
+  o.p.File(kLogo) = "BM old";
+  o.p.Attributes(kLogo) = fake::FakePlatform::kReadOnly;
+  o.page().TamrixCmd3.Click();
+  EXPECT_TRUE(o.p.HasFile(kLogo));
+  ASSERT_EQ(o.p.boxes.size(), 1u);
+  EXPECT_EQ(o.p.boxes[0].text, " Le Logo est supprimé avec succés ");
+}
+
 TEST(OemInformation, DeletingWithNoLogoOnDiskStillReportsSuccess) {
   Oem o;
   o.page().TamrixCmd3.Click();

@@ -79,5 +79,23 @@ TEST(Runtime, RoundHalfEvenOnExactHalves) {
   EXPECT_EQ(rt::RoundHalfEven(513.5), 514);
 }
 
+TEST(Runtime, LeftCountsCharactersNotBytes) {
+  EXPECT_EQ(rt::Left("Sécurité 2004", 8), "Sécurité");
+  EXPECT_EQ(rt::Left("Déc", 8), "Déc");
+  EXPECT_EQ(rt::Left("ABCDEFGHIJ", 8), "ABCDEFGH");
+  EXPECT_EQ(rt::Left("", 8), "");
+  EXPECT_EQ(rt::Left("€uro", 1), "€");
+}
+
+TEST(Runtime, LowerCaseTakesEveryCapitalOfTheWholeText) {
+  EXPECT_EQ(rt::LCase("C:\\Program Files\\ÉTÉ"), "c:\\program files\\été");
+  EXPECT_EQ(rt::LCase("ŒŠŽŸ"), "œšžÿ");
+  EXPECT_EQ(rt::LCase("ĄĆĘŁŃÓŚŹŻ ČĎĚŇŘŤŮ"), "ąćęłńóśźż čďěňřťů");
+  EXPECT_EQ(rt::LCase("ΑΘΗΝΑ Ά"), "αθηνα ά");
+  EXPECT_EQ(rt::LCase("МОСКВА ЁЖ ЇІ"), "москва ёж їі");
+  EXPECT_EQ(rt::LCase("× ß 1€ 😀 x"), "× ß 1€ 😀 x");
+  EXPECT_EQ(rt::LCase(std::string("A\xC3")), std::string("a\xC3"));  // a cut sequence stays
+}
+
 }  // namespace
 }  // namespace tamrix

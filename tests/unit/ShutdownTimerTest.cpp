@@ -208,16 +208,5 @@ TEST(ShutdownTimer, TheForceBoxMakesNoDifference) {
   EXPECT_EQ(withBox, withoutBox);
 }
 
-TEST(ShutdownTimer, NoShutdownPrivilegeIsEverAskedFor) {
-  Shutdown s;
-  s.Launch("00", "00", "01");
-  s.clock->Advance(1000);
-  for (const std::string& call : s.p.calls) {
-    EXPECT_EQ(call.find("Privilege"), std::string::npos) << call;
-    EXPECT_EQ(call.find("RegOpenKey"), std::string::npos) << call;
-  }
-  EXPECT_EQ(s.p.exitCalls, (Flags{1}));
-}
-
 }  // namespace
 }  // namespace tamrix

@@ -136,6 +136,14 @@ TEST(SpecialFolders, AFolderTheSystemLacksLeavesItsBoxEmptyAndNothingIsSaid) {
   EXPECT_TRUE(t.p.boxes.empty());
 }
 
+TEST(SpecialFolders, ADirectoryLongerThanTheBufferFillsItsBoxWithTheWholeBufferOfZeros) {
+  Tools t;
+  t.p.windowsDirectory = "C:\\" + std::string(140, 'w');
+  t.Open(Page::DossiersSpeciaux);
+  EXPECT_EQ(t.w().dossiers.ChDos(19).Text(), std::string(128, '\0'));
+  EXPECT_EQ(t.w().dossiers.ChDos(20).Text(), "C:\\WINDOWS\\system32");
+}
+
 TEST(SpecialFolders, TheBoxesAreFilledAgainAtEachOpening) {
   Tools t;
   t.Open(Page::DossiersSpeciaux);

@@ -78,7 +78,10 @@ TEST(Win32Hardware, TheBiosQueryAnswersAndLacksStatusAsWinesWmiDoes) {
 TEST(Win32Hardware, ProcessorsComeFromInstancesOfWithTheirNames) {
   Win32Platform p;
   auto wmi = p.WmiGetObject("winmgmts:{impersonationLevel=impersonate}");
-  WmiObjects cpus = wmi->InstancesOf("Win32_Processor");
+  auto walk = wmi->InstancesOf("Win32_Processor");
+  WmiObjects cpus;
+  while (auto cpu = walk->Next()) cpus.push_back(cpu);
+  EXPECT_EQ(walk->Next(), nullptr);  // past the end it stays at the end
   ASSERT_GE(cpus.size(), 1u);
   EXPECT_EQ(cpus[0]->Get("name").type, WmiValue::Type::Text);
   EXPECT_EQ(cpus[0]->Get("DeviceID").text, "CPU0");

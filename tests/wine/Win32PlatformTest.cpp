@@ -29,6 +29,21 @@ TEST(Win32Platform, WindowsDirectoryComesWithItsLength) {
   EXPECT_GT(p.GetWindowsDirectoryA(&small, 4), 4u);  // too small: the size needed
 }
 
+// The fake gives the same for a directory longer than the program's buffer of 128.
+TEST(Win32Platform, ATooSmallBufferComesBackAsZerosOfItsSizeWithTheSizeNeeded) {
+  Win32Platform p;
+  char own[MAX_PATH] = {};
+  UINT length = ::GetWindowsDirectoryA(own, MAX_PATH);
+  ASSERT_GT(length, 4u);
+  std::string buffer = "left over";
+  EXPECT_EQ(p.GetWindowsDirectoryA(&buffer, 4), length + 1);
+  EXPECT_EQ(buffer, std::string(4, '\0'));
+  length = ::GetSystemDirectoryA(own, MAX_PATH);
+  buffer = "left over";
+  EXPECT_EQ(p.GetSystemDirectoryA(&buffer, 4), length + 1);
+  EXPECT_EQ(buffer, std::string(4, '\0'));
+}
+
 TEST(Win32Platform, DriveLettersAreThoseThePrefixMaps) {
   Win32Platform p;
   // The drive strings list the same drives, one "X:\\" root each.

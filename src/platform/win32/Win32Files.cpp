@@ -206,6 +206,8 @@ bool Win32Platform::DeleteFileForce(const std::string& path) {
   return false;
 }
 
+bool Win32Platform::DeleteFilePlain(const std::string& path) { return ::DeleteFileA(ToAnsi(path).c_str()) != 0; }
+
 void Win32Platform::WriteTextLines(const std::string& path, const std::vector<std::string>& lines) {
   std::string ansi = ToAnsi(path);
   HANDLE file = CreateFileA(ansi.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,

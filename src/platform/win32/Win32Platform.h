@@ -102,6 +102,7 @@ class Win32Platform : public Platform {
   bool FileExists(const std::string& path) override;
   bool FolderExists(const std::string& path) override;
   bool DeleteFileForce(const std::string& path) override;
+  bool DeleteFilePlain(const std::string& path) override;
   void WriteTextLines(const std::string& path, const std::vector<std::string>& lines) override;
   std::string ExeName() override;
   std::vector<std::string> ListFolders(const std::string& path) override;

@@ -10,6 +10,7 @@
 #include "platform/Memory32.h"
 #include "platform/Runtime.h"
 #include "platform/win32/Ansi.h"
+#include "platform/win32/ProgramModal.h"
 #include "platform/win32/Win32Internal.h"
 
 namespace tamrix::win32 {
@@ -38,7 +39,7 @@ void Win32Platform::StartProcess(const std::string& commandLine, ShowCommand sho
 }
 
 int Win32Platform::MessageBoxA(const std::string& text, unsigned style, const std::string& title) {
-  return ::MessageBoxA(GetActiveWindow(), ToAnsi(text).c_str(), ToAnsi(title).c_str(), style);
+  return ProgramModalMessageBox(ToAnsi(text).c_str(), ToAnsi(title).c_str(), style);
 }
 
 void Win32Platform::Beep() { ::MessageBeep(MB_OK); }

@@ -5,9 +5,10 @@
 #include <oleauto.h>
 #include <wbemidl.h>
 
-#include <cctype>
+#include <optional>
 
 #include "platform/Runtime.h"
+#include "platform/WmiMoniker.h"
 #include "platform/win32/Ansi.h"
 #include "platform/win32/Win32Internal.h"
 
@@ -89,12 +90,30 @@ class ComWmiObject : public WmiObject {
   IWbemClassObject* o_;
 };
 
+class ComWmiCollection : public WmiCollection {
+ public:
+  explicit ComWmiCollection(IEnumWbemClassObject* e) : e_(e) {}
+  ~ComWmiCollection() override { e_->Release(); }
+  std::shared_ptr<WmiObject> Next() override {
+    IWbemClassObject* o = nullptr;
+    ULONG n = 0;
+    HRESULT hr = e_->Next(static_cast<LONG>(WBEM_INFINITE), 1, &o, &n);
+    if (FAILED(hr)) AutomationError(hr);
+    if (hr != WBEM_S_NO_ERROR || n == 0) return nullptr;
+    return std::make_shared<ComWmiObject>(o);
+  }
+
+ private:
+  IEnumWbemClassObject* e_;
+};
+
 class ComWmiService : public WmiService {
  public:
-  ComWmiService(IWbemServices* s, bool impersonate) : s_(s) {
-    if (impersonate)
-      CoSetProxyBlanket(s_, RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr, RPC_C_AUTHN_LEVEL_CALL,
-                        RPC_C_IMP_LEVEL_IMPERSONATE, nullptr, EOAC_NONE);
+  ComWmiService(IWbemServices* s, DWORD impersonationLevel) : s_(s) {
+    // Where the service is reached in the process itself (as on Wine) there is no proxy to set,
+    // and the call fails without harm.
+    CoSetProxyBlanket(s_, RPC_C_AUTHN_WINNT, RPC_C_AUTHZ_NONE, nullptr, RPC_C_AUTHN_LEVEL_CALL, impersonationLevel,
+                      nullptr, EOAC_NONE);
   }
   ~ComWmiService() override { s_->Release(); }
   WmiObjects ExecQuery(const std::string& query) override {
@@ -106,12 +125,17 @@ class ComWmiService : public WmiService {
     SysFreeString(q);
     return Walk(hr, e);
   }
-  WmiObjects InstancesOf(const std::string& className) override {
+  // As the scripting objects ask: the call returns at once, and each object comes when the walk
+  // fetches it.
+  std::shared_ptr<WmiCollection> InstancesOf(const std::string& className) override {
     BSTR c = Bstr(className);
     IEnumWbemClassObject* e = nullptr;
-    HRESULT hr = s_->CreateInstanceEnum(c, WBEM_FLAG_SHALLOW | WBEM_FLAG_FORWARD_ONLY, nullptr, &e);
+    const long flags = static_cast<long>(WBEM_FLAG_SHALLOW) | static_cast<long>(WBEM_FLAG_FORWARD_ONLY) |
+                       static_cast<long>(WBEM_FLAG_RETURN_IMMEDIATELY);
+    HRESULT hr = s_->CreateInstanceEnum(c, flags, nullptr, &e);
     SysFreeString(c);
-    return Walk(hr, e);
+    if (FAILED(hr) || !e) AutomationError(FAILED(hr) ? hr : E_FAIL);
+    return std::make_shared<ComWmiCollection>(e);
   }
 
  private:
@@ -134,21 +158,27 @@ class ComWmiService : public WmiService {
 
 }  // namespace
 
+// The scripting moniker's default impersonation level, as the machine's WMI scripting settings
+// give it; none when the value is missing or not a number.
+static std::optional<std::uint32_t> ScriptingDefaultLevel() {
+  DWORD level = 0, size = sizeof level, type = 0;
+  HKEY key = nullptr;
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Microsoft\\WBEM\\Scripting", 0, KEY_QUERY_VALUE, &key) != ERROR_SUCCESS)
+    return std::nullopt;
+  LONG r = RegQueryValueExA(key, "Default Impersonation Level", nullptr, &type, reinterpret_cast<BYTE*>(&level), &size);
+  RegCloseKey(key);
+  if (r != ERROR_SUCCESS || type != REG_DWORD) return std::nullopt;
+  return level;
+}
+
 // The moniker names WMI ("winmgmts:"), maybe a security clause in braces, maybe "!" and a
-// namespace; without one the namespace is root\cimv2, as the scripting moniker has it.
+// namespace; without one the namespace is root\cimv2, as the scripting moniker has it. A bare
+// "winmgmts:" runs at the level the scripting moniker takes by default, not at COM's own default,
+// at which Windows may refuse some classes' queries.
 std::shared_ptr<WmiService> Win32Platform::WmiGetObject(const std::string& moniker) {
-  std::string lower = moniker;
-  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  if (lower.rfind("winmgmts:", 0) != 0) AutomationError(MK_E_SYNTAX);
-  std::string rest = moniker.substr(9);
-  bool impersonate = lower.find("impersonationlevel=impersonate") != std::string::npos;
-  if (!rest.empty() && rest[0] == '{') {
-    std::size_t close = rest.find('}');
-    if (close == std::string::npos) AutomationError(MK_E_SYNTAX);
-    rest = rest.substr(close + 1);
-  }
-  if (!rest.empty() && rest[0] == '!') rest = rest.substr(1);
-  std::string path = rest.empty() ? "root\\cimv2" : rest;
+  const wmi::Moniker m = wmi::ParseMoniker(moniker);
+  if (!m.valid) AutomationError(MK_E_SYNTAX);
+  const std::string& path = m.path;
 
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);  // once is enough; later calls only count
   IWbemLocator* locator = nullptr;
@@ -161,7 +191,7 @@ std::shared_ptr<WmiService> Win32Platform::WmiGetObject(const std::string& monik
   SysFreeString(ns);
   locator->Release();
   if (FAILED(hr)) AutomationError(hr);
-  return std::make_shared<ComWmiService>(services, impersonate);
+  return std::make_shared<ComWmiService>(services, wmi::ImpersonationLevel(m, ScriptingDefaultLevel()));
 }
 
 }  // namespace tamrix::win32

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "platform/win32/Ansi.h"
+#include "platform/win32/ProgramModal.h"
 #include "shell/Dispatch.h"
 #include "shell/win32/ControlMessages.h"
 
@@ -195,7 +196,7 @@ void WindowPeer::Refresh(Control& c) {
     // A form made visible again keeps its state: a minimised one comes back minimised.
     if (shownOnce && (IsWindowVisible(hwnd) != FALSE) != c.Visible())
       ShowWindow(hwnd, !c.Visible() ? SW_HIDE : windowState == 1 ? SW_SHOWMINNOACTIVE : SW_SHOWNA);
-    if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
+    EnableProgramWindow(hwnd, c.Enabled());
     SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
     if (f.MousePointer() != mousePointer) {
       // A new pointer shows at once under a mouse that stands still over the window.
@@ -726,8 +727,14 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
       p->windowState = wParam == SIZE_MINIMIZED ? 1 : 0;
       break;
     case WM_CLOSE:
-      b.Invoke([&] { form.Unload(); });
+      b.Invoke([&] { form.Unload(Form::kUnloadByCloseBox); });
       return 0;
+    case WM_QUERYENDSESSION: {
+      // The system's log-off or shutdown is a way out too: the form's query decides.
+      bool goOn = true;
+      b.Invoke([&] { goOn = form.QueryEndSession(); });
+      return goOn;
+    }
     case WM_ACTIVATE:
       // The form's activation, as the toolkit raises it: when it is first shown, and when it takes
       // over from another of the program's forms; not on a return from another program, nor from
