@@ -15,8 +15,8 @@ if ! command -v clang++ >/dev/null || ! ls /usr/lib/llvm-*/lib/clang/*/lib/linux
 fi
 cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER=clang++ \
   -DCMAKE_C_COMPILER=clang -DTAMRIX_FUZZ=ON >/dev/null
-ninja -C build/fuzz fuzz_text_to_number fuzz_profile_read
-for target in fuzz_text_to_number fuzz_profile_read; do
+ninja -C build/fuzz fuzz_text_to_number fuzz_profile_read fuzz_backup_roundtrip
+for target in fuzz_text_to_number fuzz_profile_read fuzz_backup_roundtrip; do
   mkdir -p "build/fuzz/corpus-$target"
   echo "== $target for $seconds s"
   (cd build/fuzz && "./$target" -max_total_time="$seconds" -print_final_stats=1 "corpus-$target")

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "etat/VirtualDriveRun.h"
 #include "optimisers/InternetOptimiser.h"
 #include "optimisers/Protection.h"
 #include "optimisers/ShellToggles.h"
 #include "optimisers/WindowsOptimiser.h"
 #include "shell/Controls.h"
+#include "tools/VirtualDrives.h"
 
 namespace tamrix::etat {
 
@@ -66,26 +66,26 @@ Catalogue Internet(const std::string& title, bool lan, bool modem, bool adsl, co
   return c;
 }
 
-// The page writes each row for the current user as a number: 1 for a ticked box, 0 for the rest.
 Catalogue Protection() {
   Catalogue c{"Protection : restrictions de l'utilisateur", "Chaque valeur : 1 si sa case est cochée, sinon 0.", {}, {},
               false};
   for (const ProtectionPage::Row& row : ProtectionPage::kRows)
-    c.registry.push_back({hive::CurrentUser, row.keyPath, row.valueName, regtype::Dword,
-                          {RegValue(std::int32_t{1}), RegValue(std::int32_t{0})}, {}});
+    c.registry.push_back({ProtectionPage::kHive, row.keyPath, row.valueName, ProtectionPage::kType,
+                          {RegValue(ProtectionPage::kTicked), RegValue(ProtectionPage::kUnticked)}, {}});
   return c;
 }
 
 Catalogue Toggles() {
   Catalogue c{"Options du shell (page Windows)", {}, {}, {}, false};
   for (const ShellToggles::Toggle& t : ShellToggles::kToggles) {
-    RegistryPlace place{t.hive, std::string(t.keyPath), std::string(t.valueName), regtype::Sz,
+    RegistryPlace place{t.hive, std::string(t.keyPath), std::string(t.valueName), ShellToggles::kType,
                         {RegValue(std::string(t.tickedData))}, {}};
     if (t.untick == ShellToggles::Toggle::Untick::WriteValue) {
       place.writes.push_back(RegValue(std::string(t.untickTarget)));
       place.note = "la première si la case est cochée, sinon la seconde";
     } else {
       place.note = "si la case est cochée ; la décocher supprime une autre clé";
+      c.deletedKeys.push_back({t.hive, std::string(t.untickTarget)});
     }
     c.registry.push_back(std::move(place));
   }
@@ -95,9 +95,13 @@ Catalogue Toggles() {
 Catalogue VirtualDrives() {
   Catalogue c{"Lecteurs virtuels permanents (clé Run)",
               "La donnée varie : la commande subst.exe du lecteur et du dossier choisis.", {}, {}, true};
-  for (char letter = 'A'; letter <= 'Z'; ++letter)
-    c.registry.push_back(
-        {kVirtualDriveRunHive, kVirtualDriveRunKey, VirtualDriveRunName(letter), kVirtualDriveRunType, {}, {}});
+  // The page names the value after the letter list's entry; with an empty list, the entry is
+  // empty and so is the name: the key's default value.
+  std::vector<std::string> entries = {""};
+  for (char letter = 'A'; letter <= 'Z'; ++letter) entries.push_back(std::string(1, letter) + ":");
+  for (const std::string& entry : entries)
+    c.registry.push_back({VirtualDrives::kRunHive, VirtualDrives::kRunKey, VirtualDrives::RunValueName(entry),
+                          VirtualDrives::kRunType, {}, {}});
   return c;
 }
 

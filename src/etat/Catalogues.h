@@ -29,6 +29,12 @@ struct ProfilePlace {
   std::string value;
 };
 
+// A key the program may delete whole: the backup keeps it with everything in it.
+struct KeyPlace {
+  HKey hive;
+  std::string keyPath;
+};
+
 struct Catalogue {
   std::string title;
   std::string note;  // one line under the title, or nothing
@@ -36,6 +42,7 @@ struct Catalogue {
   std::vector<ProfilePlace> systemIni;  // keys of system.ini in the Windows directory
   // The Run key: the places are the 26 possible drives, and only those the machine has are shown.
   bool onlyPresent = false;
+  std::vector<KeyPlace> deletedKeys;
 };
 
 // Every catalogue in the order of the program's pages: the Windows optimiser (registry, then

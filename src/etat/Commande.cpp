@@ -1,6 +1,7 @@
 #include "etat/Commande.h"
 
 #include <cstdio>
+#include <filesystem>
 
 #include "etat/Catalogues.h"
 #include "etat/Etat.h"
@@ -11,13 +12,18 @@ namespace tamrix::etat {
 
 const char* const kUsage =
     "Utilisation :\r\n"
-    "  tamrix-etat.exe [etat] [--json]\r\n"
+    "  tamrix-etat.exe [etat] [--json] [--vue 32|64]\r\n"
     "      ce que chaque catalogue changerait sur cette machine\r\n"
-    "  tamrix-etat.exe sauvegarde FICHIER.reg\r\n"
+    "  tamrix-etat.exe sauvegarde FICHIER.reg [--remplacer] [--vue 32|64]\r\n"
     "      les valeurs actuelles dans FICHIER.reg (à remettre par reg import)\r\n"
-    "      et une copie de system.ini dans FICHIER.system.ini\r\n";
+    "      et une copie de system.ini dans FICHIER.system.ini ;\r\n"
+    "      un fichier qui existe n'est remplacé qu'avec --remplacer\r\n"
+    "  --vue 32 ou 64 : la vue du registre qu'écrit le programme 32 ou 64 bits\r\n"
+    "      (par défaut, celle du programme de la même version que celle-ci)\r\n"
+    "  -h, --aide : cette aide\r\n";
 
 void UseStandardFiles(Io& io) {
+  namespace fs = std::filesystem;
   io.readFile = [](const std::string& path) -> std::optional<std::string> {
     std::FILE* f = std::fopen(path.c_str(), "rb");
     if (!f) return std::nullopt;
@@ -31,22 +37,144 @@ void UseStandardFiles(Io& io) {
     return bytes;
   };
   io.writeFile = [](const std::string& path, const std::string& bytes) {
-    std::FILE* f = std::fopen(path.c_str(), "wb");
+    std::FILE* f = std::fopen(path.c_str(), "wbx");  // never one that stands there
     if (!f) return false;
     bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
+    ok = std::fflush(f) == 0 && ok;
     ok = std::fclose(f) == 0 && ok;
     return ok;
   };
-  io.replaceFile = [](const std::string& from, const std::string& to) { return std::rename(from.c_str(), to.c_str()) == 0; };
+  io.moveFile = [](const std::string& from, const std::string& to) {
+    std::error_code e;
+    if (fs::exists(fs::symlink_status(to, e))) return false;
+    fs::rename(from, to, e);
+    return !e;
+  };
   io.removeFile = [](const std::string& path) { std::remove(path.c_str()); };
+  io.exists = [](const std::string& path) {
+    std::error_code e;
+    return fs::exists(fs::symlink_status(path, e));
+  };
+  io.readOnly = [](const std::string& path) {
+    std::error_code e;
+    auto st = fs::status(path, e);
+    return !e && fs::is_regular_file(st) && (st.permissions() & fs::perms::owner_write) == fs::perms::none;
+  };
+  io.fullPath = [](const std::string& path) {
+    std::error_code e;
+    auto full = fs::absolute(path, e);
+    return e ? path : full.lexically_normal().string();
+  };
 }
 
 namespace {
+
+std::string Lower(std::string s) {
+  for (char& c : s)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return s;
+}
 
 int Bad(const Io& io, const std::string& sentence) {
   io.err("tamrix-etat : " + sentence + "\r\n" + kUsage);
   return kBadInput;
 }
+
+// --- the command line ---------------------------------------------------------------------
+
+enum class Command { Etat, Sauvegarde };
+
+struct CommandWord {
+  const char* word;
+  Command command;
+  std::size_t operands;  // the file names it takes
+};
+constexpr CommandWord kCommands[] = {
+    {"etat", Command::Etat, 0},
+    {"sauvegarde", Command::Sauvegarde, 1},
+};
+
+struct Options {
+  bool json = false, replace = false, help = false;
+  std::optional<std::uint32_t> view;
+};
+
+struct OptionWord {
+  const char* word;
+  bool takesValue;
+  std::optional<Command> only;  // the one command it goes with, if not both
+  void (*set)(Options&, const std::string& value);
+};
+constexpr OptionWord kOptions[] = {
+    {"--json", false, Command::Etat, [](Options& o, const std::string&) { o.json = true; }},
+    {"--remplacer", false, Command::Sauvegarde, [](Options& o, const std::string&) { o.replace = true; }},
+    {"--vue", true, std::nullopt,
+     [](Options& o, const std::string& v) { o.view = v == "32" ? keyaccess::View32 : keyaccess::View64; }},
+    {"--aide", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
+    {"-h", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
+    {"/?", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
+    {"aide", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
+};
+
+struct Line {
+  Command command = Command::Etat;
+  Options options;
+  std::vector<std::string> operands;
+};
+
+// The sentence for bad input, or nothing.
+std::optional<std::string> Parse(const std::vector<std::string>& args, Line& line, const Io& io) {
+  bool commandSeen = false;
+  std::vector<const OptionWord*> given;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    std::string word = Lower(args[i]);
+    const OptionWord* option = nullptr;
+    for (const OptionWord& o : kOptions)
+      if (word == o.word) option = &o;
+    if (option) {
+      for (const OptionWord* g : given)
+        if (g == option) return "l'option " + std::string(option->word) + " est donnée deux fois.";
+      given.push_back(option);
+      std::string value;
+      if (option->takesValue) {
+        if (i + 1 >= args.size()) return "il manque la valeur de l'option " + std::string(option->word) + ".";
+        value = args[++i];
+        if (value != "32" && value != "64")
+          return "l'option " + std::string(option->word) + " prend 32 ou 64, pas \"" + io.fromAnsi(value) + "\".";
+      }
+      option->set(line.options, value);
+      continue;
+    }
+    if (word.size() > 1 && word[0] == '-') return "option inconnue : \"" + io.fromAnsi(args[i]) + "\".";
+    const CommandWord* command = nullptr;
+    for (const CommandWord& c : kCommands)
+      if (word == c.word) command = &c;
+    if (!commandSeen && command) {
+      commandSeen = true;
+      line.command = command->command;
+      continue;
+    }
+    if (!commandSeen) return "commande inconnue : \"" + io.fromAnsi(args[i]) + "\".";
+    line.operands.push_back(args[i]);
+  }
+  if (line.options.help) return std::nullopt;
+  for (const OptionWord* g : given)
+    if (g->only && *g->only != line.command)
+      return "l'option " + std::string(g->word) + " ne va qu'avec la commande " +
+             (*g->only == Command::Etat ? "etat." : "sauvegarde.");
+  std::size_t wanted = 0;
+  for (const CommandWord& c : kCommands)
+    if (c.command == line.command) wanted = c.operands;
+  if (line.command == Command::Sauvegarde && (line.operands.empty() || line.operands[0].empty()))
+    return "il manque le nom du fichier de sauvegarde.";
+  if (line.operands.size() > wanted)
+    return line.command == Command::Sauvegarde
+               ? "un seul fichier de sauvegarde, pas \"" + io.fromAnsi(line.operands[wanted]) + "\"."
+               : "commande inconnue : \"" + io.fromAnsi(line.operands[wanted]) + "\".";
+  return std::nullopt;
+}
+
+// --- the backup -------------------------------------------------------------------------------
 
 std::string DateText(const LocalTime& t) {
   char b[32];
@@ -60,81 +188,167 @@ std::string IniCopyName(const std::string& regPath) {
   std::size_t slash = base.find_last_of("\\/");
   std::size_t dot = base.rfind('.');
   if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) {
-    std::string ext = base.substr(dot);
-    for (char& c : ext) c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-    if (ext == ".reg") base.resize(dot);
+    if (Lower(base.substr(dot)) == ".reg") base.resize(dot);
   }
   return base + ".system.ini";
 }
 
-int Backup(const std::string& regPath, Platform& p, const Io& io) {
+std::string BaseName(const std::string& path) {
+  std::size_t slash = path.find_last_of("\\/");
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// The files the catalogues themselves write: a backup never takes their place, wherever they stand.
+constexpr const char* kCatalogueFiles[] = {"system.ini", "config.dll", "oeminfo.ini", "desktop.ini"};
+
+// Why the backup may not be written at that name, or nothing.
+std::optional<std::string> Forbidden(const std::string& full, const std::string& windowsDir, const Io& io) {
+  std::string shown = io.fromAnsi(full);
+  for (const char* name : kCatalogueFiles)
+    if (Lower(BaseName(full)) == name)
+      return "\"" + shown + "\" est un fichier qu'écrit le programme lui-même : une sauvegarde ne le remplace jamais.";
+  // Both separators are one to Windows.
+  auto folded = [](std::string s) {
+    for (char& c : s)
+      if (c == '/') c = '\\';
+    return Lower(s);
+  };
+  std::string dir = folded(windowsDir), lower = folded(full);
+  while (!dir.empty() && dir.back() == '\\') dir.pop_back();
+  if (!dir.empty() && lower.rfind(dir + "\\", 0) == 0)
+    return "\"" + shown + "\" est dans le dossier de Windows : une sauvegarde n'y écrit jamais.";
+  return std::nullopt;
+}
+
+// A name beside the file that nothing holds yet.
+std::string FreeName(const std::string& path, const std::string& suffix, const Io& io) {
+  std::string name = path + suffix;
+  for (int n = 2; io.exists(name) && n < 100; ++n) name = path + suffix + std::to_string(n);
+  return name;
+}
+
+struct Target {
+  std::string path;     // where the file goes
+  std::string bytes;
+  std::string temp;     // the new file, written whole before anything moves
+  std::string aside;    // the earlier file while the new one is put in place
+  bool earlier = false;
+  bool placed = false, setAside = false;
+};
+
+// Every new file is written whole and flushed under a name of its own; only then do the earlier
+// files step aside and the new ones take their names. Any failure undoes what was done, so the
+// earlier files stand exactly as they were.
+bool PutInPlace(std::vector<Target>& targets, const Io& io) {
+  bool ok = true;
+  for (Target& t : targets) {
+    t.temp = FreeName(t.path, ".partiel", io);
+    if (ok) ok = io.writeFile(t.temp, t.bytes);
+  }
+  for (Target& t : targets) {
+    if (!ok || !t.earlier) continue;
+    t.aside = FreeName(t.path, ".ancien", io);
+    ok = t.setAside = io.moveFile(t.path, t.aside);
+  }
+  for (Target& t : targets)
+    if (ok) ok = t.placed = io.moveFile(t.temp, t.path);
+  if (ok) {
+    for (Target& t : targets)
+      if (t.setAside) io.removeFile(t.aside);
+    return true;
+  }
+  for (Target& t : targets) {
+    if (t.placed) io.removeFile(t.path);
+    if (t.setAside) io.moveFile(t.aside, t.path);
+    io.removeFile(t.temp);
+  }
+  return false;
+}
+
+// Only a 64-bit Windows has two views, and only there do the view bits go with an opening:
+// Windows 2000 takes them for an error.
+bool TwoViews(Platform& p) {
+  HKey probe = 0;
+  bool two = p.RegOpenKeyExA(hive::LocalMachine, "SOFTWARE\\WOW6432Node", 0, keyaccess::Read | keyaccess::View64,
+                             &probe) == status::Success;
+  if (probe) p.RegCloseKey(probe);
+  return two;
+}
+
+int Backup(const std::string& givenPath, const Options& options, Platform& p, const Io& io) {
   std::string iniPath = SystemIni(p);
+  std::string regPath = io.fullPath(givenPath);
   std::string iniCopy = IniCopyName(regPath);
   std::string regShown = io.fromAnsi(regPath), copyShown = io.fromAnsi(iniCopy);
+  std::string windowsDir = iniPath.substr(0, iniPath.find_last_of('\\'));
   std::optional<std::string> ini = io.readFile(io.toAnsi(iniPath));
 
-  std::string restore = "Pour tout remettre : reg import \"" + regShown + "\"";
+  std::vector<std::string> names = {regPath};
+  if (ini) names.push_back(iniCopy);
+  for (const std::string& name : names)
+    if (auto why = Forbidden(name, io.toAnsi(windowsDir), io)) return Bad(io, *why + " Rien n'a été écrit.");
+  for (const std::string& name : names) {
+    if (!io.exists(name)) continue;
+    if (!options.replace)
+      return Bad(io, "\"" + io.fromAnsi(name) + "\" existe déjà : ajoutez --remplacer pour le remplacer. Rien n'a été écrit.");
+    if (io.readOnly(name))
+      return Bad(io, "\"" + io.fromAnsi(name) + "\" est en lecture seule : il reste tel quel. Rien n'a été écrit.");
+  }
+
+  // The view the program of the chosen build writes; the 32-bit one is named under WOW6432Node.
+  bool twoViews = TwoViews(p);
+  std::uint32_t view = twoViews ? options.view.value_or(keyaccess::View64) : 0;
+  Naming naming{view == keyaccess::View32};
+
+  std::string import = "reg import \"" + regShown + "\"" + (twoViews && view == keyaccess::View64 ? " /reg:64" : "");
+  std::string restore = "Pour tout remettre : " + import;
   restore += ini ? ", puis copiez \"" + copyShown + "\" sur \"" + iniPath + "\"."
                  : ", puis supprimez \"" + iniPath + "\" (il n'existait pas lors de la sauvegarde).";
+  std::string admin = "Les clés HKLM et system.ini ne se remettent que depuis une invite de commandes ouverte en administrateur.";
   std::vector<std::string> header = {
       "Tamrix Utility : sauvegarde des valeurs des catalogues, prise le " + DateText(p.Now()) + ".",
       "Les valeurs présentes sont remises telles quelles, les absentes sont supprimées (=-).",
-      "Les clés absentes ne sont que notées : l'import n'en crée aucune.",
+      "Les clés absentes ne sont que notées : l'import n'en crée aucune, sauf les clés que le programme supprime,",
+      "remises entières (ou supprimées si elles n'existaient pas).",
       restore,
+      admin,
   };
+  if (twoViews)
+    header.insert(header.end() - 2,
+                  std::string("Vue du registre : celle du programme ") + (view == keyaccess::View32 ? "32" : "64") + " bits.");
 
   auto catalogues = Catalogues(p.BooleanText(true));
-  std::string reg = io.toAnsi(RegFileText(InspectAll(p, catalogues), header, io.toAnsi));
-
-  // Everything is written beside its final name first, and only put in place when all is there,
-  // so a failure leaves nothing half-written behind.
-  std::string regTemp = regPath + ".partiel", copyTemp = iniCopy + ".partiel";
-  bool ok = io.writeFile(regTemp, reg);
-  if (ok && ini) ok = io.writeFile(copyTemp, *ini);
-  if (ok) ok = io.replaceFile(regTemp, regPath);
-  if (ok && ini && !io.replaceFile(copyTemp, iniCopy)) {
-    io.removeFile(regPath);
-    ok = false;
-  }
-  if (!ok) {
-    io.removeFile(regTemp);
-    io.removeFile(copyTemp);
+  std::vector<Target> targets;
+  targets.push_back({regPath, Utf16File(RegFileText(InspectAll(p, catalogues, view), header, naming)), {}, {},
+                     io.exists(regPath)});
+  if (ini) targets.push_back({iniCopy, *ini, {}, {}, io.exists(iniCopy)});
+  if (!PutInPlace(targets, io))
     return Bad(io, "impossible d'écrire \"" + regShown + "\" ou \"" + copyShown +
-                       "\" : vérifiez le dossier et vos droits. Rien n'a été écrit.");
-  }
+                       "\" : vérifiez le dossier et vos droits. Aucun fichier d'avant n'a changé.");
   io.out("Sauvegarde écrite dans \"" + regShown + "\".\r\n");
   if (ini)
     io.out("Copie de system.ini écrite dans \"" + copyShown + "\".\r\n");
   else
     io.out("\"" + iniPath + "\" n'existe pas : pas de copie.\r\n");
-  io.out(restore + "\r\n");
+  io.out(restore + "\r\n" + admin + "\r\n");
   return kOk;
 }
 
 }  // namespace
 
-int Run(const std::vector<std::string>& args, Platform& p, const Io& io) {
-  if (args.size() == 1 && (args[0] == "/?" || args[0] == "aide" || args[0] == "--aide")) {
+int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::uint32_t ownView) {
+  Line line;
+  if (auto bad = Parse(args, line, io)) return Bad(io, *bad);
+  if (line.options.help) {
     io.out(kUsage);
     return kOk;
   }
-  if (!args.empty() && args[0] == "sauvegarde") {
-    if (args.size() < 2 || args[1].empty()) return Bad(io, "il manque le nom du fichier de sauvegarde.");
-    if (args.size() > 2) return Bad(io, "un seul fichier de sauvegarde, pas \"" + io.fromAnsi(args[2]) + "\".");
-    return Backup(args[1], p, io);
-  }
-  bool json = false;
-  for (std::size_t i = 0; i < args.size(); ++i) {
-    if (args[i] == "--json" && !json)
-      json = true;
-    else if (args[i] == "etat" && i == 0)
-      continue;
-    else
-      return Bad(io, "commande inconnue : \"" + io.fromAnsi(args[i]) + "\".");
-  }
+  if (!line.options.view) line.options.view = ownView;
+  if (line.command == Command::Sauvegarde) return Backup(line.operands[0], line.options, p, io);
   auto catalogues = Catalogues(p.BooleanText(true));
-  auto states = InspectAll(p, catalogues);
-  io.out(json ? JsonReport(states) : TextReport(states));
+  auto states = InspectAll(p, catalogues, TwoViews(p) ? *line.options.view : 0);
+  bool admin = p.IsUserAnAdmin();
+  io.out(line.options.json ? JsonReport(states, admin) : TextReport(states, admin));
   return kOk;
 }
 

@@ -1,5 +1,6 @@
-// The companion's commands: "etat" (the default) with or without "--json", and
-// "sauvegarde FICHIER.reg". Bad input gets a French sentence and the exit code 2.
+// The companion's commands: "etat" (the default) and "sauvegarde FICHIER.reg", with their
+// options, before or after the command word; command words and options in any case. Bad input
+// gets a French sentence and the exit code 2.
 #pragma once
 
 #include <functional>
@@ -23,20 +24,26 @@ struct Io {
   std::function<std::string(const std::string&)> toAnsi;    // UTF-8 to the ANSI code page
   std::function<std::string(const std::string&)> fromAnsi;  // and back
   std::function<std::optional<std::string>(const std::string&)> readFile;
+  // Makes a new file (never one that stands already), writes every byte and flushes them to the
+  // disk before it says yes.
   std::function<bool(const std::string& path, const std::string& bytes)> writeFile;
-  // Puts `from` in the place of `to`, replacing what stood there, in one step.
-  std::function<bool(const std::string& from, const std::string& to)> replaceFile;
+  // Renames, never onto something that stands there.
+  std::function<bool(const std::string& from, const std::string& to)> moveFile;
   std::function<void(const std::string&)> removeFile;
+  std::function<bool(const std::string&)> exists;    // anything at that name, file or folder
+  std::function<bool(const std::string&)> readOnly;  // a file marked read-only
+  std::function<std::string(const std::string&)> fullPath;
 };
 
-// The files of the standard library: what both the console program and the tests use, but for
-// replaceFile, which the console program takes from the system.
+// The files of the standard library: what the native tests use. The console program takes the
+// system's own.
 void UseStandardFiles(Io& io);
 
-// args: the words after the program's name.
-int Run(const std::vector<std::string>& args, Platform& p, const Io& io);
+// args: the words after the program's name. ownView: the view of the registry that the program
+// of this same build writes (keyaccess::View32 for the i686 build, View64 for the x86_64 one).
+int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::uint32_t ownView = keyaccess::View64);
 
-// The three lines of usage.
+// The lines of usage.
 extern const char* const kUsage;
 
 }  // namespace tamrix::etat

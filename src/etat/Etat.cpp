@@ -3,6 +3,8 @@
 #include <cstdio>
 
 #include "platform/Ini.h"
+#include "platform/Registre.h"
+#include "platform/Utf16.h"
 
 namespace tamrix::etat {
 
@@ -30,39 +32,122 @@ bool Matches(std::uint32_t wantedType, const RegValue& wanted, std::uint32_t typ
 
 }  // namespace
 
-Finding Inspect(Platform& p, const RegistryPlace& place) {
-  Finding f;
-  HKey key = 0;
-  long s = p.RegOpenKeyExA(place.hive, place.keyPath, 0, kReadAccess, &key);
-  if (s != status::Success) {
-    f.state = s == status::FileNotFound ? State::KeyMissing : State::Denied;
-    f.status = s;
-    f.atKey = true;
-    return f;
-  }
-  // A value that grows between the two queries is asked for again with its new size.
+namespace {
+
+bool IsText(std::uint32_t type) {
+  return type == regtype::Sz || type == regtype::ExpandSz || type == regtype::MultiSz;
+}
+
+// The value as stored. One that grows between the two queries is asked for again with its new size.
+long ReadValue(Platform& p, HKey key, const std::string& name, Finding& f) {
+  long s = status::Success;
   for (int attempt = 0; attempt < 3; ++attempt) {
     std::uint32_t size = 0;
-    s = p.RegQueryValueExA(key, place.valueName, &f.type, nullptr, &size);
-    if (s == status::Success) s = p.RegQueryValueExA(key, place.valueName, &f.type, &f.data, &size);
+    s = p.RegQueryValueExW(key, name, &f.type, nullptr, &size);
+    if (s == status::Success) s = p.RegQueryValueExW(key, name, &f.type, &f.raw, &size);
     if (s != status::MoreData) break;
   }
-  p.RegCloseKey(key);
   if (s != status::Success) {
-    f.state = s == status::FileNotFound ? State::Absent : State::Denied;
-    f.status = s;
     f.type = 0;
-    f.data.clear();
+    f.raw.clear();
+    return s;
+  }
+  f.present = true;
+  if (!IsText(f.type)) {
+    f.data = f.raw;
+  } else if (auto text = Utf16LeToUtf8(f.raw)) {
+    f.data = *text;
+  } else {
+    f.data = "(texte illisible)";
+  }
+  return s;
+}
+
+}  // namespace
+
+Finding Inspect(Platform& p, const RegistryPlace& place, std::uint32_t view) {
+  Finding f;
+  HKey key = 0;
+  long s = p.RegOpenKeyExA(place.hive, place.keyPath, 0, Registre::kAccessMask | view, &key);
+  bool refused = s == status::AccessDenied;
+  // Refused as the program opens it: what stands there is still shown where reading is allowed.
+  if (refused) s = p.RegOpenKeyExA(place.hive, place.keyPath, 0, keyaccess::Read | view, &key);
+  if (s != status::Success) {
+    f.atKey = true;
+    f.status = refused ? status::AccessDenied : s;
+    f.known = !refused && s == status::FileNotFound;
+    f.state = refused ? State::Refused : s == status::FileNotFound ? State::KeyMissing : State::Error;
     return f;
   }
-  if (place.writes.empty()) {
+  s = ReadValue(p, key, place.valueName, f);
+  p.RegCloseKey(key);
+  if (s != status::Success && s != status::FileNotFound) {
+    f.known = false;
+    f.status = s;
+    f.state = refused ? State::Refused : s == status::AccessDenied ? State::Denied : State::Error;
+    return f;
+  }
+  if (refused) {
+    f.status = status::AccessDenied;
+    f.state = State::Refused;
+  } else if (!f.present) {
+    f.state = State::Absent;
+    f.status = s;
+  } else if (place.writes.empty()) {
     f.state = State::Present;
-    return f;
+  } else {
+    f.state = State::Different;
+    for (const RegValue& w : place.writes)
+      if (Matches(place.type, w, f.type, f.data)) f.state = State::AlreadySo;
   }
-  f.state = State::Different;
-  for (const RegValue& w : place.writes)
-    if (Matches(place.type, w, f.type, f.data)) f.state = State::AlreadySo;
   return f;
+}
+
+namespace {
+
+void ReadTreeInto(Platform& p, HKey hive, const std::string& path, std::uint32_t view, KeyTree& tree, int depth) {
+  HKey key = 0;
+  tree.status = p.RegOpenKeyExA(hive, path, 0, keyaccess::Read | view, &key);
+  if (tree.status != status::Success) return;
+  std::vector<std::string> names;
+  long s = status::Success;
+  for (std::uint32_t i = 0; s == status::Success; ++i) {
+    KeyTree::Value v;
+    s = p.RegEnumValueW(key, i, &v.name, &v.type, &v.raw);
+    if (s == status::Success) tree.values.push_back(std::move(v));
+  }
+  if (s == status::NoMoreItems) s = status::Success;
+  for (std::uint32_t i = 0; s == status::Success; ++i) {
+    std::string name;
+    s = p.RegEnumKeyExW(key, i, &name);
+    if (s == status::Success) names.push_back(std::move(name));
+  }
+  p.RegCloseKey(key);
+  if (s != status::NoMoreItems) {
+    tree.status = s;
+    return;
+  }
+  // The registry goes 512 levels deep; a backup stops well before, and says so.
+  if (depth > 64 && !names.empty()) {
+    tree.status = status::MoreData;
+    return;
+  }
+  for (const std::string& name : names) {
+    KeyTree sub;
+    sub.name = name;
+    ReadTreeInto(p, hive, path + "\\" + name, view, sub, depth + 1);
+    tree.subkeys.push_back(std::move(sub));
+  }
+}
+
+}  // namespace
+
+KeyTree ReadTree(Platform& p, HKey hive, const std::string& keyPath, std::uint32_t view) {
+  KeyTree tree;
+  std::size_t slash = keyPath.find_last_of('\\');
+  tree.name = slash == std::string::npos ? keyPath : keyPath.substr(slash + 1);
+  ReadTreeInto(p, hive, keyPath, view, tree, 0);
+  return tree;
 }
 
 ProfileFinding Inspect(Platform& p, const std::string& iniPath, const ProfilePlace& place) {
@@ -81,13 +166,14 @@ std::string SystemIni(Platform& p) {
   return ini::SystemIniPath(buffer.substr(0, n < 260 ? n : 0));
 }
 
-std::vector<CatalogueState> InspectAll(Platform& p, const std::vector<Catalogue>& catalogues) {
+std::vector<CatalogueState> InspectAll(Platform& p, const std::vector<Catalogue>& catalogues, std::uint32_t view) {
   std::string iniPath = SystemIni(p);
   std::vector<CatalogueState> all;
   for (const Catalogue& c : catalogues) {
-    CatalogueState s{&c, {}, {}};
-    for (const RegistryPlace& place : c.registry) s.registry.push_back(Inspect(p, place));
+    CatalogueState s{&c, {}, {}, {}};
+    for (const RegistryPlace& place : c.registry) s.registry.push_back(Inspect(p, place, view));
     for (const ProfilePlace& place : c.systemIni) s.systemIni.push_back(Inspect(p, iniPath, place));
+    for (const KeyPlace& key : c.deletedKeys) s.deletedKeys.push_back(ReadTree(p, key.hive, key.keyPath, view));
     all.push_back(std::move(s));
   }
   return all;
@@ -100,6 +186,7 @@ std::string TypeName(std::uint32_t type) {
     case regtype::Binary: return "REG_BINARY";
     case regtype::Dword: return "REG_DWORD";
     case regtype::MultiSz: return "REG_MULTI_SZ";
+    case regtype::Qword: return "REG_QWORD";
     default: return "type " + std::to_string(type);
   }
 }

@@ -1,7 +1,7 @@
 // What the machine has now at each place of the catalogues, and how that stands against what the
-// program would write there. Every read goes through the platform's registry functions with read
-// rights only: the companion never opens a key for writing, so a key it may read but not write
-// still shows its value.
+// program would write there. Each key is opened first as the program opens it, with its own
+// access mask, so a key this account may read but not write shows as the program would meet it:
+// refused. Opening a key for writing writes nothing; the companion never sets or deletes.
 #pragma once
 
 #include <cstdint>
@@ -13,27 +13,46 @@
 
 namespace tamrix::etat {
 
-// KEY_READ: query, enumerate, notify and the right to read the key's security.
-inline constexpr std::uint32_t kReadAccess = 0x20019;
-
 enum class State {
   AlreadySo,   // the machine has one of the values the program would write
   Different,   // a value stands there, of other data or another type
   Absent,      // the key is there, the value is not: the program would create it
   KeyMissing,  // the program never creates a key, so its row would be lost in silence
-  Denied,      // this account may not read it: nothing can be said
+  Refused,     // the program's own opening of the key is refused: its click would lose the row
+  Denied,      // the key opens as the program opens it, but the value may not be read
+  Error,       // any other failure, shown with its status
   Present,     // a value with no fixed model (the Run key): shown as it stands
 };
+inline constexpr std::size_t kStateCount = 8;
 
 struct Finding {
   State state = State::Absent;
-  long status = 0;          // the platform's status when the read failed
-  bool atKey = false;       // the failure came from opening the key, not from the value
-  std::uint32_t type = 0;   // what stands there now, when something does
-  std::string data;         // REG_SZ and the other texts as text (terminator included), others raw
+  long status = 0;         // the status of the failure that decided the state
+  bool atKey = false;      // that failure came from opening the key, not from reading the value
+  bool known = true;       // what stands there is known: a value, or none
+  bool present = false;    // a value stands there, as type, raw and data tell
+  std::uint32_t type = 0;
+  std::string raw;         // the bytes as the registry keeps them (texts in UTF-16 LE)
+  std::string data;        // texts as UTF-8, terminators included; other types as raw
 };
 
-Finding Inspect(Platform& p, const RegistryPlace& place);
+// view: 0, or the view bit of keyaccess that every opening adds.
+Finding Inspect(Platform& p, const RegistryPlace& place, std::uint32_t view = 0);
+
+// A key as it stands, with everything in it: what a backup needs to put back a key the program
+// deletes. status is Success, FileNotFound for a key that isn't there, or the failure met.
+struct KeyTree {
+  std::string name;  // the last name of the key, as the machine spells it
+  long status = 0;
+  struct Value {
+    std::string name;
+    std::uint32_t type = 0;
+    std::string raw;
+  };
+  std::vector<Value> values;
+  std::vector<KeyTree> subkeys;
+};
+KeyTree ReadTree(Platform& p, HKey hive, const std::string& keyPath, std::uint32_t view = 0);
 
 // system.ini rows: the file and the section are made by the platform when missing, so a key is
 // either there with some value, or absent.
@@ -50,9 +69,10 @@ struct CatalogueState {
   const Catalogue* catalogue;
   std::vector<Finding> registry;      // one per place, in order
   std::vector<ProfileFinding> systemIni;
+  std::vector<KeyTree> deletedKeys;   // one per key the program may delete
 };
 
-std::vector<CatalogueState> InspectAll(Platform& p, const std::vector<Catalogue>& catalogues);
+std::vector<CatalogueState> InspectAll(Platform& p, const std::vector<Catalogue>& catalogues, std::uint32_t view = 0);
 
 // The text a value shows in the report: "1000" for a text, 12 for a number, with its type.
 std::string Describe(std::uint32_t type, const std::string& data);

@@ -7,8 +7,10 @@ namespace tamrix::etat {
 
 namespace {
 
-constexpr std::array<State, 6> kStates = {State::AlreadySo, State::Different, State::Absent,
-                                          State::KeyMissing, State::Denied, State::Present};
+constexpr std::array<State, kStateCount> kStates = {State::AlreadySo, State::Different, State::Absent,
+                                                    State::KeyMissing, State::Refused,  State::Denied,
+                                                    State::Error,     State::Present};
+constexpr std::size_t kPresentAt = 7;
 
 std::string HiveShort(HKey h) { return h == hive::CurrentUser ? "HKCU" : h == hive::LocalMachine ? "HKLM" : "?"; }
 std::string HiveLong(HKey h) {
@@ -36,29 +38,36 @@ std::string Now(const Finding& f) {
     case State::KeyMissing: return "(pas de clé)";
     case State::Absent: return "(aucune valeur)";
     case State::Denied: return "(illisible : accès refusé, code " + std::to_string(f.status) + ")";
+    case State::Error: return "(illisible : erreur " + std::to_string(f.status) + ")";
+    case State::Refused:
+      if (!f.known) return "(illisible aussi en lecture)";
+      return f.present ? Describe(f.type, f.data) : "(aucune valeur)";
     default: return Describe(f.type, f.data);
   }
 }
 
-std::string Summary(const std::array<int, 6>& counts, bool onlyPresent) {
+std::string Summary(const std::array<int, kStateCount>& counts, bool onlyPresent) {
   if (onlyPresent) {
-    std::string s = "  => " + std::to_string(counts[5]) + " lecteur(s) permanent(s)";
+    std::string s = "  => " + std::to_string(counts[kPresentAt]) + " lecteur(s) permanent(s)";
     if (counts[3]) s += " ; clé manquante : le programme perdrait ces valeurs en silence";
-    if (counts[4]) s += " ; accès refusé : " + std::to_string(counts[4]);
+    if (counts[4]) s += " ; refusé : le programme perdrait ces valeurs en silence";
+    if (counts[5]) s += " ; accès refusé : " + std::to_string(counts[5]);
+    if (counts[6]) s += " ; erreur : " + std::to_string(counts[6]);
     return s + "\r\n";
   }
   int total = 0;
   for (int n : counts) total += n;
   std::string s = "  => " + std::to_string(total) + " lignes : ";
-  for (std::size_t i = 0; i < 5; ++i) {
+  for (std::size_t i = 0; i < kPresentAt; ++i) {
     s += (i ? ", " : "") + StateWord(kStates[i]) + " " + std::to_string(counts[i]);
-    if (kStates[i] == State::KeyMissing && counts[i]) s += " (lignes que le programme perdrait en silence)";
+    if ((kStates[i] == State::KeyMissing || kStates[i] == State::Refused) && counts[i])
+      s += " (lignes que le programme perdrait en silence)";
   }
   return s + "\r\n";
 }
 
-std::array<int, 6> Count(const CatalogueState& cs) {
-  std::array<int, 6> counts{};
+std::array<int, kStateCount> Count(const CatalogueState& cs) {
+  std::array<int, kStateCount> counts{};
   for (const Finding& f : cs.registry) ++counts[static_cast<std::size_t>(f.state)];
   for (const ProfileFinding& f : cs.systemIni) ++counts[static_cast<std::size_t>(f.state)];
   return counts;
@@ -72,7 +81,9 @@ std::string StateWord(State s) {
     case State::Different: return "différent";
     case State::Absent: return "absent";
     case State::KeyMissing: return "clé manquante";
+    case State::Refused: return "refusé";
     case State::Denied: return "accès refusé";
+    case State::Error: return "erreur";
     case State::Present: return "présent";
   }
   return {};
@@ -84,13 +95,25 @@ std::string StateCode(State s) {
     case State::Different: return "different";
     case State::Absent: return "absent";
     case State::KeyMissing: return "cle_manquante";
+    case State::Refused: return "refuse";
     case State::Denied: return "acces_refuse";
+    case State::Error: return "erreur";
     case State::Present: return "present";
   }
   return {};
 }
 
-std::string TextReport(const std::vector<CatalogueState>& states) {
+namespace {
+
+std::string AdminLine(bool admin) {
+  return admin ? "Lu avec les droits d'administrateur : les refus sont ceux que rencontrerait le programme lancé ainsi.\r\n"
+               : "Lu sans les droits d'administrateur : les lignes HKLM refusées ici le seraient aussi au programme "
+                 "lancé de même.\r\n";
+}
+
+}  // namespace
+
+std::string TextReport(const std::vector<CatalogueState>& states, bool admin) {
   std::string out;
   for (const CatalogueState& cs : states) {
     const Catalogue& c = *cs.catalogue;
@@ -103,7 +126,7 @@ std::string TextReport(const std::vector<CatalogueState>& states) {
       if (c.onlyPresent) {
         // A drive letter with no value is no news; a key that can't be seen is, once.
         if (f.state == State::Absent) continue;
-        if (f.state != State::Present) {
+        if (!f.present) {
           if (keyMissingShown) continue;
           keyMissingShown = true;
           out += "  " + Padded(StateWord(f.state), 14) + HiveShort(place.hive) + "\\" + place.keyPath + "\r\n";
@@ -122,7 +145,7 @@ std::string TextReport(const std::vector<CatalogueState>& states) {
     }
     out += Summary(Count(cs), c.onlyPresent) + "\r\n";
   }
-  return out;
+  return out + AdminLine(admin);
 }
 
 namespace {
@@ -186,8 +209,8 @@ std::string JsonValue(std::uint32_t type, const std::string& data) {
 
 }  // namespace
 
-std::string JsonReport(const std::vector<CatalogueState>& states) {
-  std::string out = "{\"catalogues\": [";
+std::string JsonReport(const std::vector<CatalogueState>& states, bool admin) {
+  std::string out = std::string("{\"administrateur\": ") + (admin ? "true" : "false") + ", \"catalogues\": [";
   bool firstCatalogue = true;
   for (const CatalogueState& cs : states) {
     const Catalogue& c = *cs.catalogue;
@@ -198,7 +221,7 @@ std::string JsonReport(const std::vector<CatalogueState>& states) {
     for (std::size_t i = 0; i < c.registry.size(); ++i) {
       const RegistryPlace& place = c.registry[i];
       const Finding& f = cs.registry[i];
-      if (c.onlyPresent && f.state == State::Absent) continue;
+      if (c.onlyPresent && !f.present && (f.state == State::Absent || (f.state == State::Refused && f.known))) continue;
       out += first ? "\r\n    {" : ",\r\n    {";
       first = false;
       out += "\"ruche\": " + JsonString(HiveLong(place.hive)) + ", \"cle\": " + JsonString(place.keyPath) +
@@ -209,9 +232,10 @@ std::string JsonReport(const std::vector<CatalogueState>& states) {
         out += (w ? ", " : "") + (place.type == regtype::Dword ? std::to_string(v.ToInt32('.')) : JsonString(v.ToText()));
       }
       out += "], \"etat\": " + JsonString(StateCode(f.state));
-      if (f.state == State::AlreadySo || f.state == State::Different || f.state == State::Present)
+      if (f.present)
         out += ", \"type_actuel\": " + JsonString(TypeName(f.type)) + ", \"actuel\": " + JsonValue(f.type, f.data);
-      if (f.state == State::Denied) out += ", \"code\": " + std::to_string(f.status);
+      if (f.state == State::Denied || f.state == State::Refused || f.state == State::Error)
+        out += ", \"code\": " + std::to_string(f.status);
       out += "}";
     }
     for (std::size_t i = 0; i < c.systemIni.size(); ++i) {

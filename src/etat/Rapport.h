@@ -15,9 +15,11 @@ std::string StateWord(State s);
 // Its name in the JSON report: plain ASCII, for scripts.
 std::string StateCode(State s);
 
-std::string TextReport(const std::vector<CatalogueState>& states);
+// admin: whether the companion ran with an administrator's rights, which its last line says:
+// without them, an HKLM row that a standard user's click would lose shows as refused.
+std::string TextReport(const std::vector<CatalogueState>& states, bool admin);
 // ASCII only: every other character is written as \uXXXX, so the report reads the same in
 // every code page.
-std::string JsonReport(const std::vector<CatalogueState>& states);
+std::string JsonReport(const std::vector<CatalogueState>& states, bool admin);
 
 }  // namespace tamrix::etat

@@ -3,13 +3,11 @@
 #include <cstdio>
 #include <map>
 
+#include "platform/Utf16.h"
+
 namespace tamrix::etat {
 
 namespace {
-
-std::string HiveName(HKey h) {
-  return h == hive::CurrentUser ? "HKEY_CURRENT_USER" : h == hive::LocalMachine ? "HKEY_LOCAL_MACHINE" : "?";
-}
 
 std::string Lower(std::string s) {
   for (char& c : s)
@@ -37,44 +35,106 @@ std::string HexBytes(const std::string& raw) {
   return out;
 }
 
-bool IsText(std::uint32_t type) {
-  return type == regtype::Sz || type == regtype::ExpandSz || type == regtype::MultiSz;
+bool FitsALine(const std::string& s) { return s.find_first_of(std::string("\0\r\n", 3)) == std::string::npos; }
+
+std::optional<std::string> NameField(const std::string& name) {
+  if (!FitsALine(name)) return std::nullopt;
+  return name.empty() ? std::string("@") : "\"" + Escaped(name) + "\"";
 }
 
-// A text the quoted form gives back byte for byte: one terminator at the end and no other NUL,
-// and no line break, which a quoted text can't hold.
-bool QuotedFormKeepsIt(const std::string& data) {
-  if (data.empty() || data.back() != '\0') return false;
-  return data.find_first_of(std::string("\0\r\n", 3)) == data.size() - 1;
+// A REG_SZ that the quoted form gives back byte for byte: its UTF-16 ends with one terminator,
+// holds no other NUL and no line break, and reads as text.
+std::optional<std::string> QuotedText(const std::string& raw) {
+  if (raw.size() < 2 || raw.size() % 2 || raw[raw.size() - 1] != '\0' || raw[raw.size() - 2] != '\0')
+    return std::nullopt;
+  auto text = Utf16LeToUtf8(raw.substr(0, raw.size() - 2));
+  if (!text || !FitsALine(*text)) return std::nullopt;
+  return text;
 }
 
 }  // namespace
 
-std::string RegLine(const std::string& valueName, const Finding& f,
-                    const std::function<std::string(const std::string&)>& toAnsi) {
-  std::string name = valueName.empty() ? "@" : "\"" + Escaped(valueName) + "\"";
-  if (f.state == State::Absent) return name + "=-";
-  if (f.type == regtype::Sz && QuotedFormKeepsIt(f.data))
-    return name + "=\"" + Escaped(f.data.substr(0, f.data.size() - 1)) + "\"";
-  if (f.type == regtype::Dword && f.data.size() == 4) {
-    std::uint32_t n = 0;
-    for (std::size_t i = 0; i < 4; ++i) n |= std::uint32_t(std::uint8_t(f.data[i])) << (8 * i);
-    char b[16];
-    std::snprintf(b, sizeof b, "dword:%08x", n);
-    return name + "=" + b;
-  }
-  std::string bytes = IsText(f.type) ? toAnsi(f.data) : f.data;
-  std::string kind = f.type == regtype::Binary ? "hex" : "hex(" + std::to_string(f.type) + ")";
-  return name + "=" + kind + ":" + HexBytes(bytes);
+std::string KeyName(HKey hive, const std::string& keyPath, Naming naming) {
+  std::string name = hive == hive::CurrentUser ? "HKEY_CURRENT_USER" : hive == hive::LocalMachine ? "HKEY_LOCAL_MACHINE" : "?";
+  std::string path = keyPath, lower = Lower(keyPath);
+  if (naming.wow6432Node && hive == hive::LocalMachine && lower.rfind("software\\", 0) == 0 &&
+      lower.rfind("software\\classes", 0) != 0 && lower.rfind("software\\wow6432node", 0) != 0)
+    path = keyPath.substr(0, 8) + "\\WOW6432Node" + keyPath.substr(8);
+  return name + "\\" + path;
 }
 
+// The catalogues' value names are the program's own, each on one line.
+std::string DeletionLine(const std::string& name) { return NameField(name).value_or("@") + "=-"; }
+
+std::optional<std::string> ValueLine(const std::string& name, std::uint32_t type, const std::string& raw) {
+  auto field = NameField(name);
+  if (!field) return std::nullopt;
+  if (type == regtype::Sz)
+    if (auto text = QuotedText(raw)) return *field + "=\"" + Escaped(*text) + "\"";
+  if (type == regtype::Dword && raw.size() == 4) {
+    std::uint32_t n = 0;
+    for (std::size_t i = 0; i < 4; ++i) n |= std::uint32_t(std::uint8_t(raw[i])) << (8 * i);
+    char b[16];
+    std::snprintf(b, sizeof b, "dword:%08x", n);
+    return *field + "=" + b;
+  }
+  // The type goes in hexadecimal, as the file's readers take it: REG_QWORD is hex(b).
+  char kind[24];
+  if (type == regtype::Binary)
+    std::snprintf(kind, sizeof kind, "hex");
+  else
+    std::snprintf(kind, sizeof kind, "hex(%x)", static_cast<unsigned>(type));
+  return *field + "=" + kind + ":" + HexBytes(raw);
+}
+
+std::string Utf16File(const std::string& utf8) {
+  // The text is made here of UTF-8 that the program built itself, so it always converts.
+  return std::string("\xff\xfe", 2) + Utf8ToUtf16Le(utf8).value_or(std::string());
+}
+
+namespace {
+
+std::string Unreadable(long status) {
+  return status == status::AccessDenied ? "illisible (accès refusé, code 5), laissée telle quelle"
+                                        : "illisible (code " + std::to_string(status) + "), laissée telle quelle";
+}
+
+bool Complete(const KeyTree& tree) {
+  if (tree.status != status::Success) return false;
+  for (const KeyTree& sub : tree.subkeys)
+    if (!Complete(sub)) return false;
+  return true;
+}
+
+void WriteTree(std::string& out, const KeyTree& tree, const std::string& name) {
+  if (!FitsALine(name)) {
+    out += "; une sous-clé dont le nom tient sur plusieurs lignes ne peut pas être écrite\r\n\r\n";
+    return;
+  }
+  if (tree.status != status::Success) {
+    out += "; [" + name + "] : " + Unreadable(tree.status) + "\r\n\r\n";
+    return;
+  }
+  out += "[" + name + "]\r\n";
+  for (const KeyTree::Value& v : tree.values) {
+    if (auto line = ValueLine(v.name, v.type, v.raw))
+      out += *line + "\r\n";
+    else
+      out += "; une valeur dont le nom tient sur plusieurs lignes ne peut pas être écrite\r\n";
+  }
+  out += "\r\n";
+  for (const KeyTree& sub : tree.subkeys) WriteTree(out, sub, name + "\\" + sub.name);
+}
+
+}  // namespace
+
 std::string RegFileText(const std::vector<CatalogueState>& states, const std::vector<std::string>& header,
-                        const std::function<std::string(const std::string&)>& toAnsi) {
+                        Naming naming) {
   // Keys in the order they first appear, each value once: the registry doesn't tell capitals
   // apart, and several catalogues write the same places.
   struct Key {
     std::string name;  // as first spelt
-    bool missing = false, denied = false;  // the key itself could not be opened
+    bool missing = false, unreadable = false;  // the key itself could not be opened
     long status = 0;
     std::vector<std::string> lines;
     std::map<std::string, bool> seen;
@@ -86,24 +146,23 @@ std::string RegFileText(const std::vector<CatalogueState>& states, const std::ve
     for (std::size_t i = 0; i < c.registry.size(); ++i) {
       const RegistryPlace& place = c.registry[i];
       const Finding& f = cs.registry[i];
-      std::string name = HiveName(place.hive) + "\\" + place.keyPath;
+      std::string name = KeyName(place.hive, place.keyPath, naming);
       auto [it, fresh] = index.emplace(Lower(name), keys.size());
       if (fresh)
-        keys.push_back({name, f.state == State::KeyMissing, f.atKey && f.state == State::Denied, f.status, {}, {}});
+        keys.push_back({name, f.state == State::KeyMissing, f.atKey && !f.known, f.status, {}, {}});
       Key& key = keys[it->second];
-      if (key.missing || key.denied) continue;
+      if (key.missing || key.unreadable) continue;
       if (key.seen[Lower(place.valueName)]) continue;
       key.seen[Lower(place.valueName)] = true;
-      if (f.state == State::Denied) {
-        key.lines.push_back("; \"" + Escaped(place.valueName) + "\" : illisible (accès refusé, code " +
-                            std::to_string(f.status) + "), laissée telle quelle");
+      if (!f.known) {
+        key.lines.push_back("; " + NameField(place.valueName).value_or("@") + " : " + Unreadable(f.status));
         continue;
       }
-      key.lines.push_back(RegLine(place.valueName, f, toAnsi));
+      key.lines.push_back(f.present ? ValueLine(place.valueName, f.type, f.raw).value_or("; ?") : DeletionLine(place.valueName));
     }
   }
 
-  std::string out = "REGEDIT4\r\n\r\n";
+  std::string out = "Windows Registry Editor Version 5.00\r\n\r\n";
   for (const std::string& line : header) out += "; " + line + "\r\n";
   if (!header.empty()) out += "\r\n";
   for (const Key& key : keys) {
@@ -111,14 +170,34 @@ std::string RegFileText(const std::vector<CatalogueState>& states, const std::ve
       out += "; [" + key.name + "] : clé absente, laissée absente\r\n\r\n";
       continue;
     }
-    if (key.denied) {
-      out += "; [" + key.name + "] : illisible (accès refusé, code " + std::to_string(key.status) +
-             "), laissée telle quelle\r\n\r\n";
+    if (key.unreadable) {
+      out += "; [" + key.name + "] : " + Unreadable(key.status) + "\r\n\r\n";
       continue;
     }
     out += "[" + key.name + "]\r\n";
     for (const std::string& line : key.lines) out += line + "\r\n";
     out += "\r\n";
+  }
+
+  // The keys the program deletes come back whole: emptied first, so the import leaves them
+  // exactly as they are now, or deleted where they aren't there now. One that could not be
+  // read to the end is only put back as far as it was read, never emptied.
+  std::map<std::string, bool> done;
+  for (const CatalogueState& cs : states) {
+    const Catalogue& c = *cs.catalogue;
+    for (std::size_t i = 0; i < c.deletedKeys.size() && i < cs.deletedKeys.size(); ++i) {
+      std::string name = KeyName(c.deletedKeys[i].hive, c.deletedKeys[i].keyPath, naming);
+      if (done[Lower(name)]) continue;
+      done[Lower(name)] = true;
+      const KeyTree& tree = cs.deletedKeys[i];
+      if (tree.status == status::FileNotFound) {
+        out += "; clé que le programme supprime, absente lors de la sauvegarde\r\n[-" + name + "]\r\n\r\n";
+        continue;
+      }
+      out += "; clé que le programme supprime, remise telle quelle avec tout ce qu'elle contient\r\n";
+      if (Complete(tree)) out += "[-" + name + "]\r\n\r\n";
+      WriteTree(out, tree, name);
+    }
   }
   return out;
 }

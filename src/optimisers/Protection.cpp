@@ -91,7 +91,7 @@ void ProtectionPage::LoadRestrictions() {
 
   std::array<RegValue, 18> values;
   for (std::size_t i = 0; i < reading.size(); ++i)
-    values[i] = Registre::ReadRegValue(p_, hive::CurrentUser, reading[i]->keyPath, reading[i]->valueName);
+    values[i] = Registre::ReadRegValue(p_, kHive, reading[i]->keyPath, reading[i]->valueName);
 
   // Only the number 1 ticks a box; nothing here unticks one.
   for (std::size_t i = 0; i + 1 < reading.size(); ++i)
@@ -108,9 +108,9 @@ void ProtectionPage::Apply() {
     TamrixCB& box = this->*row.box;
     ResumeNext([&] {
       if (box.Value() == 1)
-        Registre::WriteRegValue(p_, hive::CurrentUser, row.keyPath, row.valueName, 1, regtype::Dword);
+        Registre::WriteRegValue(p_, kHive, row.keyPath, row.valueName, kTicked, kType);
       else if (box.Value() == 0)
-        Registre::WriteRegValue(p_, hive::CurrentUser, row.keyPath, row.valueName, 0, regtype::Dword);
+        Registre::WriteRegValue(p_, kHive, row.keyPath, row.valueName, kUnticked, kType);
     });
   }
   ResumeNext([&] { p_.MessageBoxA(kAppliedText, mb::Ok | mb::Information, kAppliedTitle); });

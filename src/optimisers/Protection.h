@@ -25,6 +25,10 @@ class ProtectionPage {
     int readPlace;  // place in the order of reading
   };
   static const std::array<Row, 18> kRows;
+  // Every row is a number of the current user: 1 for a ticked box, 0 for an unticked one.
+  static constexpr HKey kHive = hive::CurrentUser;
+  static constexpr std::uint32_t kType = regtype::Dword;
+  static constexpr std::int32_t kTicked = 1, kUnticked = 0;
 
  private:
   Platform& p_;

@@ -11,7 +11,7 @@ void Clicked(Platform& p, const Toggle& t, std::int32_t value) {
   const std::string key(t.configKey);
   if (value == 1) {
     Registre::WriteRegValue(p, t.hive, std::string(t.keyPath), std::string(t.valueName),
-                            std::string(t.tickedData), regtype::Sz);
+                            std::string(t.tickedData), kType);
     ini::ProfilePath = ini::ConfigFilePath(p);
     ini::WriteProfileValue(p, kSection, key, "1");
     // Last, after both writes; its answer isn't looked at.
@@ -21,7 +21,7 @@ void Clicked(Platform& p, const Toggle& t, std::int32_t value) {
       Registre::DeleteRegKey(p, t.hive, std::string(t.untickTarget));
     else
       Registre::WriteRegValue(p, t.hive, std::string(t.keyPath), std::string(t.valueName),
-                              std::string(t.untickTarget), regtype::Sz);
+                              std::string(t.untickTarget), kType);
     // ProfilePath is left as the last user set it: after an optimiser run or an OEM apply the
     // "0" lands in system.ini or oeminfo.ini, and config.dll keeps its "1".
     ini::WriteProfileValue(p, kSection, key, "0");

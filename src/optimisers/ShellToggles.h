@@ -38,6 +38,8 @@ inline constexpr std::array<Toggle, 3> kToggles = {{
 }};
 
 inline constexpr const char* kSection = "opti";
+// Both the ticked and the unticked data are texts.
+inline constexpr std::uint32_t kType = regtype::Sz;
 
 inline constexpr const char* kDvdTitle = " Tamrix Corporation 2004";
 // Nine lines, each pair joined by a carriage return alone; the fourth is empty.

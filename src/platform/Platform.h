@@ -30,7 +30,17 @@ constexpr std::uint32_t ExpandSz = 2;
 constexpr std::uint32_t Binary = 3;
 constexpr std::uint32_t Dword = 4;
 constexpr std::uint32_t MultiSz = 7;
+constexpr std::uint32_t Qword = 11;
 }  // namespace regtype
+
+// Access bits of a key opening beyond the program's own mask: read rights, and the two registry
+// views of 64-bit Windows (a 32-bit program's HKLM\Software lands in the 32-bit one unless it
+// names a view). 32-bit Windows has one view and ignores both bits.
+namespace keyaccess {
+constexpr std::uint32_t Read = 0x20019;
+constexpr std::uint32_t View64 = 0x0100;
+constexpr std::uint32_t View32 = 0x0200;
+}  // namespace keyaccess
 
 // Statuses of the platform's functions that the program and its tests tell apart.
 namespace status {
@@ -39,6 +49,7 @@ constexpr long FileNotFound = 2;
 constexpr long AccessDenied = 5;
 constexpr long InvalidHandle = 6;
 constexpr long MoreData = 234;
+constexpr long NoMoreItems = 259;
 }  // namespace status
 
 // Message box styles and answers, as the platform numbers them.
@@ -105,6 +116,19 @@ class Platform {
                               const std::string& data, std::uint32_t size) = 0;
   virtual long RegDeleteKeyA(HKey parent, const std::string& subKey) = 0;
   virtual long RegDeleteValueA(HKey key, const std::string& valueName) = 0;
+  // What a backup needs beyond the program's own reads: values exactly as stored (texts in
+  // UTF-16 LE, as the registry keeps them, so nothing outside the ANSI code page is lost) and
+  // the walk of a key. Names cross in UTF-8. RegQueryValueExW sizes as RegQueryValueExA does,
+  // in stored bytes; the two enumerations deliver whole names and data, and NoMoreItems past
+  // the last index.
+  virtual long RegQueryValueExW(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
+                                std::uint32_t* size) = 0;
+  virtual long RegEnumValueW(HKey key, std::uint32_t index, std::string* name, std::uint32_t* type,
+                             std::string* data) = 0;
+  virtual long RegEnumKeyExW(HKey key, std::uint32_t index, std::string* name) = 0;
+  // Whether this process runs with an administrator's rights, which writes to HKLM need (on
+  // Vista and later, an elevated prompt).
+  virtual bool IsUserAnAdmin() = 0;
 
   // The platform's own idea of the same executable already running; no side effect on it.
   virtual bool EarlierInstanceRunning() = 0;

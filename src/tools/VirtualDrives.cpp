@@ -13,14 +13,6 @@ namespace {
 
 constexpr const char* kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
-// The value's name in the Run key: the last two characters of the list's entry ("Z:" or
-// whatever stands there), in lower case.
-std::string RunValueName(const std::string& letter) {
-  std::string name = letter.size() > 2 ? letter.substr(letter.size() - 2) : letter;
-  for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return name;
-}
-
 // Every occurrence, exactly as written: the drive's letter comes upper case, as the list has it.
 void RemoveAll(std::string& text, const std::string& what) {
   if (what.empty()) return;
@@ -28,6 +20,12 @@ void RemoveAll(std::string& text, const std::string& what) {
 }
 
 }  // namespace
+
+std::string VirtualDrives::RunValueName(const std::string& entry) {
+  std::string name = entry.size() > 2 ? entry.substr(entry.size() - 2) : entry;
+  for (char& c : name) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  return name;
+}
 
 VirtualDrives::VirtualDrives(WindowsPage& page, Form& form, Platform& platform)
     : page_(page), form_(form), p_(platform) {
@@ -72,7 +70,7 @@ void VirtualDrives::cmdCheminVirtuelClick(int index) {
       p_.StartProcess(Ligne, ShowCommand::Hidden);
       if (page_.chkCreerLecteurVirtuel.Value() == 1) {
         Ligne = "subst.exe " + L + " " + Q + CheminLecteur + Q;
-        Registre::WriteRegValue(p_, hive::LocalMachine, kRunKey, RunValueName(L), RegValue(Ligne), regtype::Sz);
+        Registre::WriteRegValue(p_, kRunHive, kRunKey, RunValueName(L), RegValue(Ligne), kRunType);
       }
       p_.MessageBoxA("Création termninée avec succès !", mb::Ok | mb::Information, rt::kAppTitle);
       break;
@@ -80,7 +78,7 @@ void VirtualDrives::cmdCheminVirtuelClick(int index) {
     case 2: {
       const std::string L = page_.cmbLecteurDispo1.Text();
       p_.StartProcess("subst.exe" + std::string(" /D ") + L, ShowCommand::Hidden);
-      if (page_.TamrixCB1.Value() == 1) Registre::DeleteRegValue(p_, hive::LocalMachine, kRunKey, RunValueName(L));
+      if (page_.TamrixCB1.Value() == 1) Registre::DeleteRegValue(p_, kRunHive, kRunKey, RunValueName(L));
       p_.MessageBoxA("Suppression termninée avec succès !", mb::Ok | mb::Information, rt::kAppTitle);
       break;
     }

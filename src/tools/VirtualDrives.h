@@ -25,7 +25,14 @@ class VirtualDrives {
   std::string LettresLibres;
   std::string LettresToutes;
 
+  // A permanent drive is one text value of the machine's Run key, holding the subst.exe command
+  // that maps it again at each log-on.
+  static constexpr HKey kRunHive = hive::LocalMachine;
   static constexpr const char* kRunKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+  static constexpr std::uint32_t kRunType = regtype::Sz;
+  // The value's name in the Run key: the last two characters of the list's entry ("Z:" or
+  // whatever stands there), in lower case; an empty list gives the key's default value.
+  static std::string RunValueName(const std::string& entry);
 
  private:
   WindowsPage& page_;

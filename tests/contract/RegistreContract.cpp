@@ -2,6 +2,9 @@
 // expectations run against the fake natively and against Wine's real registry.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+
 #include "contract/RegistryBench.h"
 #include "platform/Registre.h"
 
@@ -173,6 +176,85 @@ TEST_F(RegistreContract, MachineKeyDeniedForWritingReadsAsEmpty) {
   EXPECT_TRUE(ReadRegValue(p(), hive::LocalMachine, key, "v").IsEmpty());
   WriteRegValue(p(), hive::LocalMachine, key, "v", 2, regtype::Dword);
   EXPECT_EQ(bench->GetRaw(hive::LocalMachine, key, "v").data, std::string("\x01\0\0\0", 4));
+}
+
+// The wide reads a backup takes: stored bytes, texts in UTF-16 LE, and the walk of a key.
+class WideReads : public RegistreContract {
+ protected:
+  HKey Open(const std::string& path) {
+    HKey k = 0;
+    EXPECT_EQ(p().RegOpenKeyExA(hive::CurrentUser, path, 0, keyaccess::Read, &k), status::Success);
+    return k;
+  }
+};
+
+TEST_F(WideReads, TextComesAsItsStoredUtf16WithoutATerminatorTheWriteLeftOut) {
+  WriteRegValue(p(), hive::CurrentUser, key, "v", "Terminée", regtype::Sz);
+  HKey k = Open(key);
+  std::uint32_t type = 0, size = 0;
+  ASSERT_EQ(p().RegQueryValueExW(k, "v", &type, nullptr, &size), status::Success);
+  EXPECT_EQ(type, regtype::Sz);
+  EXPECT_EQ(size, 16u);
+  std::string data;
+  ASSERT_EQ(p().RegQueryValueExW(k, "v", &type, &data, &size), status::Success);
+  EXPECT_EQ(data, std::string("T\0e\0r\0m\0i\0n\0\xe9\0e\0", 16));
+  std::uint32_t small = 4;
+  EXPECT_EQ(p().RegQueryValueExW(k, "v", &type, &data, &small), status::MoreData);
+  EXPECT_EQ(small, 16u);
+  p().RegCloseKey(k);
+}
+
+TEST_F(WideReads, OtherTypesComeAsTheirBytes) {
+  bench->SetRaw(hive::CurrentUser, key, "b", regtype::Binary, std::string("\x01\x00\xff", 3));
+  HKey k = Open(key);
+  std::uint32_t type = 0, size = 3;
+  std::string data;
+  ASSERT_EQ(p().RegQueryValueExW(k, "b", &type, &data, &size), status::Success);
+  EXPECT_EQ(type, regtype::Binary);
+  EXPECT_EQ(data, std::string("\x01\x00\xff", 3));
+  EXPECT_EQ(p().RegQueryValueExW(k, "nothing", &type, nullptr, &size), status::FileNotFound);
+  p().RegCloseKey(k);
+}
+
+TEST_F(WideReads, TheValuesOfAKeyAreWalkedWholeThenNoMoreItems) {
+  bench->SetRaw(hive::CurrentUser, key, "un", regtype::Dword, std::string("\x01\0\0\0", 4));
+  bench->SetRaw(hive::CurrentUser, key, "", regtype::Sz, std::string("d\0", 2));
+  bench->SetRaw(hive::CurrentUser, key, "long", regtype::Binary, std::string(3000, '\x5a'));
+  HKey k = Open(key);
+  std::map<std::string, std::pair<std::uint32_t, std::string>> seen;
+  std::uint32_t i = 0;
+  for (;; ++i) {
+    std::string name, data;
+    std::uint32_t type = 0;
+    long s = p().RegEnumValueW(k, i, &name, &type, &data);
+    if (s != status::Success) {
+      EXPECT_EQ(s, status::NoMoreItems);
+      break;
+    }
+    seen[name] = {type, data};
+  }
+  p().RegCloseKey(k);
+  EXPECT_EQ(i, 3u);
+  std::map<std::string, std::pair<std::uint32_t, std::string>> expected = {
+      {"", {regtype::Sz, std::string("d\0\0\0", 4)}},
+      {"long", {regtype::Binary, std::string(3000, '\x5a')}},
+      {"un", {regtype::Dword, std::string("\x01\0\0\0", 4)}},
+  };
+  EXPECT_EQ(seen, expected);
+}
+
+TEST_F(WideReads, TheSubkeysOfAKeyAreWalkedByNameOneLevelOnly) {
+  bench->CreateKey(hive::CurrentUser, key + "\\Un");
+  bench->CreateKey(hive::CurrentUser, key + "\\Deux\\Trois");
+  HKey k = Open(key);
+  std::vector<std::string> names;
+  std::string name;
+  std::uint32_t i = 0;
+  for (; p().RegEnumKeyExW(k, i, &name) == status::Success; ++i) names.push_back(name);
+  EXPECT_EQ(p().RegEnumKeyExW(k, i, &name), status::NoMoreItems);
+  p().RegCloseKey(k);
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"Deux", "Un"}));
 }
 
 }  // namespace

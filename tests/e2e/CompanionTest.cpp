@@ -19,6 +19,17 @@ const char* const kUpdate = "SYSTEM\\CurrentControlSet\\Control\\Update";
 const char* const kDfrg = "SOFTWARE\\Microsoft\\Dfrg\\BootOptimizeFunction";
 const char* const kInet = "Software\\Microsoft\\Windows\\CurrentVersion\\Internet Settings";
 const char* const kTcpip = "SYSTEM\\CurrentControlSet\\Services\\Tcpip\\Parameters";
+const char* const kRunKey = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+// The keys the two shell toggles delete when unticked.
+const char* const kPaintIcon = "Software\\CLASSES\\Paint.Picture\\DefaultIcon";
+const char* const kOpenAsCommand = "*\\shell\\openas\\command\\rundll32.exe shell32.dll,OpenAs_RunDLL %1";
+
+// A REGEDIT5 file's text: UTF-16 after its byte-order mark, in UTF-8 here; "<not UTF-16>" else.
+std::string RegText(const std::string& bytes) {
+  if (bytes.size() < 2 || bytes.substr(0, 2) != std::string("\xff\xfe", 2) || bytes.size() % 2) return "<not UTF-16>";
+  std::wstring w(reinterpret_cast<const wchar_t*>(bytes.data() + 2), (bytes.size() - 2) / 2);
+  return Utf8(w);
+}
 
 std::string WindowsDirectory() {
   char dir[MAX_PATH];
@@ -128,6 +139,13 @@ void SetRaw(HKEY hive, const std::string& path, const std::string& name, DWORD t
   RegSetValueExA(k, name.c_str(), 0, type, reinterpret_cast<const BYTE*>(bytes.data()), static_cast<DWORD>(bytes.size()));
   RegCloseKey(k);
 }
+void SetWide(HKEY hive, const std::string& path, const std::wstring& name, const std::wstring& text) {
+  HKEY k;
+  ASSERT_EQ(RegOpenKeyExA(hive, path.c_str(), 0, KEY_SET_VALUE, &k), ERROR_SUCCESS) << path;
+  RegSetValueExW(k, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                 static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
+  RegCloseKey(k);
+}
 void Clear(HKEY hive, const std::string& path, const std::string& name) {
   HKEY k;
   if (RegOpenKeyExA(hive, path.c_str(), 0, KEY_SET_VALUE, &k) != ERROR_SUCCESS) return;
@@ -171,6 +189,11 @@ class CompanionOnWine : public ::testing::Test {
       {CU, kExplorer, "Nofind"},
       {CU, kExplorer, "NoFavoritesMenu"},
       {CU, kRestrictRun, "EnforceShellExtensionSecurity"},
+      {CU, kDesktop, "WaitToKillServiceTimeOut"},
+      {CU, kExplorer, "NoNetHood"},
+      {LM, kRunKey, ""},
+      {LM, kPaintIcon, ""},
+      {CU, kOpenAsCommand, ""},
   }};
   FileGuard systemIni{WindowsDirectory() + "\\system.ini"};
   FileGuard config{ExeDirectory() + "\\config.dll"};
@@ -202,12 +225,22 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   SetDword(CU, kExplorer, "Norun", 1);
   Clear(CU, kExplorer, "Nofind");
   Clear(CU, kRestrictRun, "EnforceShellExtensionSecurity");
+  // A REG_QWORD, a REG_MULTI_SZ, a text outside the ANSI code page in the Run key's default
+  // value, and the two keys the toggles delete, with values of their own.
+  SetRaw(CU, kDesktop, "WaitToKillServiceTimeOut", REG_QWORD, std::string("\x01\x02\x03\x04\x05\x06\x07\x08", 8));
+  SetRaw(CU, kExplorer, "NoNetHood", REG_MULTI_SZ, std::string("un\0deux\0\0", 10));
+  SetWide(LM, kRunKey, L"", L"subst.exe Y: \"C:\\\x0414\x043e\x043a\x0443\x043c\x0435\x043d\x0442\x044b\"");
+  SetRaw(LM, kPaintIcon, "", REG_EXPAND_SZ, std::string("%SystemRoot%\\system32\\mspaint.exe,1\0", 37));
+  SetDword(LM, kPaintIcon, "Taille", 32);
+  SetSz(CU, kOpenAsCommand, "", "ouvrir avec");
   ASSERT_FALSE(KeyExists(LM, kDfrg));
   WriteWholeFile(systemIni.path(), "[boot]\r\nshell=Explorer.exe\r\n[386Enh]\r\nMaxBps=1200\r\n");
   DeleteFileA(config.path().c_str());
   Machine before = Take();
-  const std::vector<Place> rawPlaces = {
-      {CU, kDesktop, "MinAnimate"}, {CU, kDesktop, "HungAppTimeOut"}, {CU, kExplorer, "NoFavoritesMenu"}};
+  const std::vector<Place> rawPlaces = {{CU, kDesktop, "MinAnimate"},         {CU, kDesktop, "HungAppTimeOut"},
+                                        {CU, kExplorer, "NoFavoritesMenu"},    {CU, kDesktop, "WaitToKillServiceTimeOut"},
+                                        {CU, kExplorer, "NoNetHood"},          {LM, kRunKey, ""},
+                                        {LM, kPaintIcon, ""},                  {CU, kOpenAsCommand, ""}};
   std::vector<std::optional<StoredValue>> rawBefore;
   for (const Place& p : rawPlaces) rawBefore.push_back(ReadValue(p.hive, p.path, p.name));
 
@@ -217,22 +250,25 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   ASSERT_EQ(textBefore.code, 0u);
   Output saved = RunEtat("sauvegarde \"" + backup + "\"");
   ASSERT_EQ(saved.code, 0u) << saved.err;
-  EXPECT_NE(FromOem(saved.out).find("Pour tout remettre : reg import \"" + backup + "\", puis copiez \"" + backupIni +
+  // The x86_64 companion names the 64-bit view, which the import is told of.
+  EXPECT_NE(FromOem(saved.out).find("Pour tout remettre : reg import \"" + backup + "\" /reg:64, puis copiez \"" + backupIni +
                                     "\" sur \"" + systemIni.path() + "\"."),
             std::string::npos)
       << FromOem(saved.out);
   EXPECT_EQ(ReadWholeFile(backupIni).value_or("<none>"), before.systemIni);
-  std::string reg = ReadWholeFile(backup).value_or("");
-  EXPECT_EQ(reg.rfind("REGEDIT4\r\n", 0), 0u);
+  std::string reg = RegText(ReadWholeFile(backup).value_or(""));
+  EXPECT_EQ(reg.rfind("Windows Registry Editor Version 5.00\r\n", 0), 0u) << reg.substr(0, 80);
   EXPECT_NE(reg.find("[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Policies\\Explorer]\r\n"
                      "\"Nofind\"=-\r\n\"Norun\"=dword:00000001\r\n\"NoFavoritesMenu\"=hex:01,00,ff\r\n"),
             std::string::npos)
       << reg;
   EXPECT_NE(reg.find("\"NoDesktop\"=\"1\"\r\n"), std::string::npos);
-  EXPECT_NE(reg.find("; [HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Dfrg\\BootOptimizeFunction] : cl\xe9 absente, laiss\xe9"
-                     "e absente\r\n"),
+  EXPECT_NE(reg.find("; [HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Dfrg\\BootOptimizeFunction] : clé absente, laissée absente\r\n"),
             std::string::npos)
-      << "ANSI code page, the missing key only noted";
+      << "the missing key only noted";
+  EXPECT_NE(reg.find("\"WaitToKillServiceTimeOut\"=hex(b):01,02,03,04,05,06,07,08\r\n"), std::string::npos) << reg;
+  EXPECT_NE(reg.find("@=\"subst.exe Y: \\\"C:\\\\Документы\\\"\"\r\n"), std::string::npos) << reg;
+  EXPECT_NE(reg.find("[-HKEY_LOCAL_MACHINE\\Software\\CLASSES\\Paint.Picture\\DefaultIcon]\r\n"), std::string::npos) << reg;
   EXPECT_TRUE(Changes(before.machine, ExportBranch("HKLM")).empty()) << "the backup wrote nothing";
 
   // The three catalogues through the real program.
@@ -255,6 +291,32 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   again.Click("Command1");
   ASSERT_TRUE(WaitUntil([&] { return !IsWindowEnabled(again.Main()); }));
   EndProcess(again.Pid());
+  // The two toggles that delete a key, ticked then unticked, and a permanent virtual drive.
+  App third;
+  ASSERT_TRUE(third.Start());
+  third.Click("win");
+  ASSERT_TRUE(WaitUntil([&] { return third.Shown("Frame1"); }));
+  for (const char* toggle : {"box5", "box8"}) {
+    int was = third.Value(toggle);
+    third.Click(toggle);
+    ASSERT_TRUE(WaitUntil([&] { return third.Value(toggle) != was; })) << toggle;
+    if (third.Value(toggle) == 1) {
+      third.Click(toggle);
+      ASSERT_TRUE(WaitUntil([&] { return third.Value(toggle) == 0; })) << toggle;
+    }
+  }
+  EXPECT_FALSE(KeyExists(LM, kPaintIcon)) << "unticking deleted it";
+  EXPECT_FALSE(KeyExists(CU, kOpenAsCommand));
+  std::string letter = third.Text("cmbLecteurDispo(0)");  // the first free one, from Z: down
+  ASSERT_EQ(letter.size(), 2u);
+  third.Click("chkCreerLecteurVirtuel");
+  ASSERT_TRUE(WaitUntil([&] { return third.Value("chkCreerLecteurVirtuel") == 1; }));
+  third.Click("cmdCheminVirtuel(1)");
+  auto done = third.WaitMessageBox();
+  ASSERT_TRUE(done);
+  App::Answer(*done, IDOK);
+  EXPECT_TRUE(ReadValue(LM, kRunKey, Lower(letter)).has_value()) << "the permanent drive's Run value";
+  EndProcess(third.Pid());
 
   // What the companion says before and after.
   Output etatAfter = RunEtat("--json");
@@ -301,7 +363,7 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
       << textAfter;
 
   // Back as before: the backup imported by the system's reg.exe, system.ini copied back.
-  EXPECT_EQ(RunAndWait("reg.exe import \"" + backup + "\""), 0u);
+  EXPECT_EQ(RunAndWait("reg.exe import \"" + backup + "\" /reg:64"), 0u);
   ASSERT_TRUE(CopyFileA(backupIni.c_str(), systemIni.path().c_str(), FALSE));
   Machine restored = Take();
   auto user = Changes(before.user, restored.user);
@@ -309,7 +371,7 @@ TEST_F(CompanionOnWine, ABackupTakenBeforeTheOptimisersGivesTheRegistryAndSystem
   auto machine = Changes(before.machine, restored.machine);
   EXPECT_TRUE(machine.empty()) << machine.begin()->first << " " << machine.begin()->second;
   EXPECT_EQ(restored.systemIni, before.systemIni);
-  // The three values only hex() lines carry, byte for byte as the registry gives them out.
+  // The values of other types and texts, byte for byte as the registry gives them out.
   for (std::size_t i = 0; i < rawPlaces.size(); ++i) {
     auto now = ReadValue(rawPlaces[i].hive, rawPlaces[i].path, rawPlaces[i].name);
     ASSERT_TRUE(now && rawBefore[i]) << rawPlaces[i].name;
@@ -344,6 +406,41 @@ TEST_F(CompanionOnWine, BadInputGetsAFrenchSentenceCode2AndLeavesNothingBehind) 
   EXPECT_EQ(GetFileAttributesA((backup + ".partiel").c_str()), INVALID_FILE_ATTRIBUTES);
   EXPECT_EQ(GetFileAttributesA((backupIni + ".partiel").c_str()), INVALID_FILE_ATTRIBUTES);
   RemoveDirectoryA(backupIni.c_str());
+
+  // system.ini itself, and anything in the Windows directory, whatever is said.
+  std::string ini = ReadWholeFile(systemIni.path()).value_or("<none>");
+  Output onIni = RunEtat("sauvegarde \"" + systemIni.path() + "\" --remplacer");
+  EXPECT_EQ(onIni.code, 2u);
+  EXPECT_EQ(ReadWholeFile(systemIni.path()).value_or("<none>"), ini);
+  Output inWindows = RunEtat("sauvegarde \"" + WindowsDirectory() + "\\tamrix-sauvegarde.reg\"");
+  EXPECT_EQ(inWindows.code, 2u);
+  EXPECT_EQ(GetFileAttributesA((WindowsDirectory() + "\\tamrix-sauvegarde.reg").c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(CompanionOnWine, ASecondBackupNeverTakesTheFirstsPlaceUnlessToldAndNeverOverAReadOnlyCopy) {
+  WriteWholeFile(systemIni.path(), "[386Enh]\r\nMaxBps=1200\r\n");
+  ASSERT_EQ(RunEtat("sauvegarde \"" + backup + "\"").code, 0u);
+  std::string first = ReadWholeFile(backup).value_or("<none>"), firstIni = ReadWholeFile(backupIni).value_or("<none>");
+  ASSERT_EQ(firstIni, "[386Enh]\r\nMaxBps=1200\r\n");
+  WriteWholeFile(systemIni.path(), "[386Enh]\r\nMaxBps=65530\r\n");
+
+  Output again = RunEtat("sauvegarde \"" + backup + "\"");
+  EXPECT_EQ(again.code, 2u);
+  EXPECT_NE(FromOem(again.err).find("existe déjà : ajoutez --remplacer"), std::string::npos) << FromOem(again.err);
+  EXPECT_EQ(ReadWholeFile(backup).value_or("<none>"), first);
+  EXPECT_EQ(ReadWholeFile(backupIni).value_or("<none>"), firstIni);
+
+  ASSERT_TRUE(SetFileAttributesA(backupIni.c_str(), FILE_ATTRIBUTE_READONLY));
+  Output readOnly = RunEtat("sauvegarde \"" + backup + "\" --remplacer");
+  EXPECT_EQ(readOnly.code, 2u);
+  EXPECT_NE(FromOem(readOnly.err).find("est en lecture seule"), std::string::npos) << FromOem(readOnly.err);
+  EXPECT_EQ(ReadWholeFile(backup).value_or("<none>"), first);
+  EXPECT_EQ(ReadWholeFile(backupIni).value_or("<none>"), firstIni);
+  SetFileAttributesA(backupIni.c_str(), FILE_ATTRIBUTE_NORMAL);
+
+  Output replaced = RunEtat("sauvegarde \"" + backup + "\" --remplacer");
+  EXPECT_EQ(replaced.code, 0u) << FromOem(replaced.err);
+  EXPECT_EQ(ReadWholeFile(backupIni).value_or("<none>"), "[386Enh]\r\nMaxBps=65530\r\n");
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "platform/AnsiText.h"
 #include "platform/FileFaults.h"
 #include "platform/Runtime.h"
+#include "platform/Utf16.h"
 
 namespace tamrix::fake {
 
@@ -49,7 +50,12 @@ void FakePlatform::CreateKey(HKey hive, const std::string& path) {
   while (start <= path.size() && !path.empty()) {
     std::size_t end = path.find('\\', start);
     full = Full(hive, path.substr(0, end));
-    keys_[full];
+    Key& k = keys_[full];
+    if (k.spelt.empty()) {
+      std::string upTo = path.substr(0, end);
+      std::size_t last = upTo.find_last_of('\\');
+      k.spelt = last == std::string::npos ? upTo : upTo.substr(last + 1);
+    }
     if (end == std::string::npos) break;
     start = end + 1;
   }
@@ -99,6 +105,26 @@ void FakePlatform::DenyWrite(HKey hive, const std::string& path) {
   keys_[Full(hive, path)].denyWrite = true;
 }
 
+void FakePlatform::DeleteKeyTree(HKey hive, const std::string& path) {
+  std::string full = Full(hive, path);
+  for (auto it = keys_.begin(); it != keys_.end();)
+    it = it->first == full || it->first.rfind(full + "\\", 0) == 0 ? keys_.erase(it) : std::next(it);
+}
+
+std::vector<std::string> FakePlatform::Subkeys(HKey hive, const std::string& path) const {
+  std::string full = Full(hive, path);
+  std::vector<std::string> names;
+  for (const auto& [name, key] : keys_)
+    if (name.rfind(full + "\\", 0) == 0 && name.find('\\', full.size() + 1) == std::string::npos)
+      names.push_back(key.spelt);
+  return names;
+}
+
+std::vector<std::pair<std::string, FakePlatform::Value>> FakePlatform::Values(HKey hive, const std::string& path) const {
+  auto it = keys_.find(Full(hive, path));
+  return it == keys_.end() ? std::vector<std::pair<std::string, Value>>{} : it->second.values;
+}
+
 bool FakePlatform::Resolve(HKey key, std::string* path, std::uint32_t* access) const {
   if (key == hive::CurrentUser || key == hive::LocalMachine) {
     *path = Lower(HiveName(key));
@@ -120,13 +146,23 @@ long FakePlatform::RegOpenKeyExA(HKey parent, const std::string& subKey, std::ui
   std::string base;
   std::uint32_t access;
   if (!Resolve(parent, &base, &access)) return status::InvalidHandle;
-  std::string full = subKey.empty() ? base : base + "\\" + Lower(subKey);
+  std::string full = subKey.empty() ? base : base + "\\" + Lower(InView(parent, subKey, samDesired));
   auto it = keys_.find(full);
   if (it == keys_.end()) return status::FileNotFound;
   if (it->second.denyWrite && (samDesired & kWriteRights)) return status::AccessDenied;
   *result = nextHandle_++;
   handles_[*result] = {full, samDesired};
   return status::Success;
+}
+
+std::string FakePlatform::InView(HKey parent, const std::string& subKey, std::uint32_t samDesired) const {
+  if (!windows64 || parent != hive::LocalMachine) return subKey;
+  bool view32 = (samDesired & keyaccess::View32) || (process32 && !(samDesired & keyaccess::View64));
+  std::string lower = Lower(subKey);
+  if (!view32 || lower.rfind("software\\", 0) != 0 || lower.rfind("software\\classes", 0) == 0 ||
+      lower.rfind("software\\wow6432node", 0) == 0)
+    return subKey;
+  return subKey.substr(0, 9) + "WOW6432Node\\" + subKey.substr(9);
 }
 
 long FakePlatform::RegCloseKey(HKey key) {
@@ -196,6 +232,73 @@ long FakePlatform::RegDeleteKeyA(HKey parent, const std::string& subKey) {
   if (next != keys_.end() && next->first.rfind(full + "\\", 0) == 0) return status::AccessDenied;
   keys_.erase(it);
   return status::Success;
+}
+
+std::string FakePlatform::WideBytes(const Value& v) {
+  if (v.type != regtype::Sz && v.type != regtype::ExpandSz && v.type != regtype::MultiSz) return v.data;
+  if (auto wide = Utf8ToUtf16Le(v.data)) return *wide;
+  std::string out;  // bytes that are no UTF-8 are taken one a character, as Latin-1
+  for (char c : v.data) out += std::string{c, '\0'};
+  return out;
+}
+
+long FakePlatform::RegQueryValueExW(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
+                                    std::uint32_t* size) {
+  calls.push_back("RegQueryValueExW(" + std::string(key ? "key" : "0") + "," + valueName + ")");
+  std::string path;
+  std::uint32_t access;
+  if (!Resolve(key, &path, &access)) return status::InvalidHandle;
+  auto it = keys_.find(path);
+  if (it == keys_.end()) return status::FileNotFound;
+  Value* v = FindValue(it->second, valueName);
+  if (!v) return status::FileNotFound;
+  std::string bytes = WideBytes(*v);
+  auto needed = static_cast<std::uint32_t>(bytes.size());
+  if (type) *type = v->type;
+  if (!data) {
+    if (size) *size = needed;
+    return status::Success;
+  }
+  if (*size < needed) {
+    *size = needed;
+    return status::MoreData;
+  }
+  *data = bytes;
+  *size = needed;
+  return status::Success;
+}
+
+long FakePlatform::RegEnumValueW(HKey key, std::uint32_t index, std::string* name, std::uint32_t* type,
+                                 std::string* data) {
+  calls.push_back("RegEnumValueW(" + std::string(key ? "key" : "0") + "," + std::to_string(index) + ")");
+  std::string path;
+  std::uint32_t access;
+  if (!Resolve(key, &path, &access)) return status::InvalidHandle;
+  auto it = keys_.find(path);
+  if (it == keys_.end()) return status::FileNotFound;
+  if (index >= it->second.values.size()) return status::NoMoreItems;
+  const auto& [n, v] = it->second.values[index];
+  *name = n;
+  *type = v.type;
+  *data = WideBytes(v);
+  return status::Success;
+}
+
+long FakePlatform::RegEnumKeyExW(HKey key, std::uint32_t index, std::string* name) {
+  calls.push_back("RegEnumKeyExW(" + std::string(key ? "key" : "0") + "," + std::to_string(index) + ")");
+  std::string path;
+  std::uint32_t access;
+  if (!Resolve(key, &path, &access)) return status::InvalidHandle;
+  if (!keys_.count(path)) return status::FileNotFound;
+  std::uint32_t n = 0;
+  for (auto it = keys_.upper_bound(path + "\\"); it != keys_.end() && it->first.rfind(path + "\\", 0) == 0; ++it) {
+    if (it->first.find('\\', path.size() + 1) != std::string::npos) continue;  // deeper down
+    if (n++ == index) {
+      *name = it->second.spelt;
+      return status::Success;
+    }
+  }
+  return status::NoMoreItems;
 }
 
 long FakePlatform::RegDeleteValueA(HKey key, const std::string& valueName) {

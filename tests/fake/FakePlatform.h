@@ -42,7 +42,21 @@ class FakePlatform : public Platform {
   static std::uint32_t SizeOf(const Value& v);
   // A key this account may read but not write: opening it with any write right is refused.
   void DenyWrite(HKey hive, const std::string& path);
+  // The key with everything under it, as an import's [-key] deletes it.
+  void DeleteKeyTree(HKey hive, const std::string& path);
+  // The last names of the subkeys, as first spelt.
+  std::vector<std::string> Subkeys(HKey hive, const std::string& path) const;
+  // Every value of a key, in order; empty for a missing key.
+  std::vector<std::pair<std::string, Value>> Values(HKey hive, const std::string& path) const;
   std::size_t OpenHandles() const { return handles_.size(); }
+  // Stored bytes as the wide functions give them: texts in UTF-16 LE.
+  static std::string WideBytes(const Value& v);
+  bool admin = true;
+  // 64-bit Windows keeps two views of HKLM\Software (Software\Classes shared between them, as
+  // since Windows 7): the 32-bit one under WOW6432Node. A 32-bit process lands there unless it
+  // names the 64-bit view.
+  bool windows64 = false;
+  bool process32 = false;
 
   bool earlierInstance = false;
   char decimalSign = ',';
@@ -118,6 +132,12 @@ class FakePlatform : public Platform {
                       std::uint32_t size) override;
   long RegDeleteKeyA(HKey parent, const std::string& subKey) override;
   long RegDeleteValueA(HKey key, const std::string& valueName) override;
+  long RegQueryValueExW(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
+                        std::uint32_t* size) override;
+  long RegEnumValueW(HKey key, std::uint32_t index, std::string* name, std::uint32_t* type,
+                     std::string* data) override;
+  long RegEnumKeyExW(HKey key, std::uint32_t index, std::string* name) override;
+  bool IsUserAnAdmin() override { return admin; }
   bool EarlierInstanceRunning() override;
   void StartProcess(const std::string& commandLine, ShowCommand show) override;
   int MessageBoxA(const std::string& text, unsigned style, const std::string& title) override;
@@ -240,6 +260,7 @@ class FakePlatform : public Platform {
 
  private:
   struct Key {
+    std::string spelt;  // the last name of its path as first spelt
     std::vector<std::pair<std::string, Value>> values;  // in the order of creation
     bool denyWrite = false;
   };
@@ -250,6 +271,7 @@ class FakePlatform : public Platform {
   static std::string Full(HKey hive, const std::string& path);
   bool Resolve(HKey key, std::string* path, std::uint32_t* access) const;
   Value* FindValue(Key& key, const std::string& name);
+  std::string InView(HKey parent, const std::string& subKey, std::uint32_t samDesired) const;
 
   std::map<std::string, Key> keys_;
   std::map<HKey, Handle> handles_;

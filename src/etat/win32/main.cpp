@@ -48,14 +48,38 @@ void Write(DWORD which, const std::string& utf8) {
 int main(int argc, char** argv) {
   tamrix::win32::Win32Platform platform;
   tamrix::etat::Io io;
-  tamrix::etat::UseStandardFiles(io);
+  tamrix::etat::UseStandardFiles(io);  // reading; the rest is the system's own
   io.out = [](const std::string& s) { Write(STD_OUTPUT_HANDLE, s); };
   io.err = [](const std::string& s) { Write(STD_ERROR_HANDLE, s); };
   io.toAnsi = [](const std::string& s) { return tamrix::win32::ToAnsi(s); };
   io.fromAnsi = [](const std::string& s) { return tamrix::win32::FromAnsi(s); };
-  io.replaceFile = [](const std::string& from, const std::string& to) {
-    return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+  io.writeFile = [](const std::string& path, const std::string& bytes) {
+    HANDLE h = CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return false;
+    DWORD done = 0;
+    bool ok = WriteFile(h, bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr) && done == bytes.size();
+    // On the disk before anything takes the place of an earlier file.
+    ok = FlushFileBuffers(h) && ok;
+    ok = CloseHandle(h) && ok;
+    return ok;
+  };
+  io.moveFile = [](const std::string& from, const std::string& to) {
+    return MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) != 0;
+  };
+  io.removeFile = [](const std::string& path) { DeleteFileA(path.c_str()); };
+  io.exists = [](const std::string& path) { return GetFileAttributesA(path.c_str()) != INVALID_FILE_ATTRIBUTES; };
+  io.readOnly = [](const std::string& path) {
+    DWORD a = GetFileAttributesA(path.c_str());
+    return a != INVALID_FILE_ATTRIBUTES && !(a & FILE_ATTRIBUTE_DIRECTORY) && (a & FILE_ATTRIBUTE_READONLY);
+  };
+  io.fullPath = [](const std::string& path) {
+    char buffer[MAX_PATH * 4];
+    DWORD n = GetFullPathNameA(path.c_str(), sizeof buffer, buffer, nullptr);
+    return n == 0 || n >= sizeof buffer ? path : std::string(buffer, n);
   };
   std::vector<std::string> args(argv + 1, argv + argc);
-  return tamrix::etat::Run(args, platform, io);
+  // The program of the same build writes this view: the i686 one is redirected to the 32-bit
+  // view on a 64-bit Windows, the x86_64 one writes the 64-bit view.
+  constexpr std::uint32_t ownView = sizeof(void*) == 4 ? tamrix::keyaccess::View32 : tamrix::keyaccess::View64;
+  return tamrix::etat::Run(args, platform, io, ownView);
 }

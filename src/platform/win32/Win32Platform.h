@@ -28,6 +28,12 @@ class Win32Platform : public Platform {
                       std::uint32_t size) override;
   long RegDeleteKeyA(HKey parent, const std::string& subKey) override;
   long RegDeleteValueA(HKey key, const std::string& valueName) override;
+  long RegQueryValueExW(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
+                        std::uint32_t* size) override;
+  long RegEnumValueW(HKey key, std::uint32_t index, std::string* name, std::uint32_t* type,
+                     std::string* data) override;
+  long RegEnumKeyExW(HKey key, std::uint32_t index, std::string* name) override;
+  bool IsUserAnAdmin() override;
   bool EarlierInstanceRunning() override;
   void StartProcess(const std::string& commandLine, ShowCommand show) override;
   int MessageBoxA(const std::string& text, unsigned style, const std::string& title) override;
