@@ -8,7 +8,10 @@
 #include "platform/win32/Ansi.h"
 #include "platform/win32/ProgramModal.h"
 #include "shell/Dispatch.h"
+#include "shell/Keyboard.h"
+#include "shell/win32/Accessible.h"
 #include "shell/win32/ControlMessages.h"
+#include "shell/win32/Keyboard.h"
 
 namespace tamrix::win32 {
 
@@ -112,6 +115,7 @@ class WindowPeer : public Peer {
   std::string painted;                    // what the window last showed of its control
   std::vector<std::string> shownItems;    // the list as the window holds it
   bool childrenPending = false;           // a container whose controls get windows when it shows
+  Spoken spoken;                          // what screen readers were last told of the control
 
   // Makes the windows of a container's controls the first time it is to be seen, and so on down
   // for the containers among them that are to be seen too.
@@ -196,7 +200,12 @@ void WindowPeer::Refresh(Control& c) {
     // A form made visible again keeps its state: a minimised one comes back minimised.
     if (shownOnce && (IsWindowVisible(hwnd) != FALSE) != c.Visible())
       ShowWindow(hwnd, !c.Visible() ? SW_HIDE : windowState == 1 ? SW_SHOWMINNOACTIVE : SW_SHOWNA);
-    EnableProgramWindow(hwnd, c.Enabled());
+    {
+      // While a message box stands, the form stays disabled and its wish waits for the box to go.
+      bool wasEnabled = IsWindowEnabled(hwnd) != FALSE;
+      EnableProgramWindow(hwnd, c.Enabled());
+      if (wasEnabled != (IsWindowEnabled(hwnd) != FALSE)) binding.ReachChanged(c, false);
+    }
     SetWindowTextA(hwnd, ToAnsi(c.Caption()).c_str());
     if (f.MousePointer() != mousePointer) {
       // A new pointer shows at once under a mouse that stands still over the window.
@@ -211,7 +220,10 @@ void WindowPeer::Refresh(Control& c) {
   }
   SyncContent();
   SyncToolTip(c);
-  if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) EnableWindow(hwnd, c.Enabled());
+  if (IsWindowEnabled(hwnd) != static_cast<BOOL>(c.Enabled())) {
+    EnableWindow(hwnd, c.Enabled());
+    binding.ReachChanged(c, false);
+  }
   RECT r;
   GetWindowRect(hwnd, &r);
   MapWindowPoints(HWND_DESKTOP, GetParent(hwnd), reinterpret_cast<POINT*>(&r), 2);
@@ -220,12 +232,17 @@ void WindowPeer::Refresh(Control& c) {
     SetWindowPos(hwnd, nullptr, Px(t.left), Px(t.top), Px(t.width), Px(t.height), SWP_NOZORDER | SWP_NOACTIVATE);
   MakeChildrenIfShown();
   bool visible = (GetWindowLongA(hwnd, GWL_STYLE) & WS_VISIBLE) != 0;
-  if (visible != c.Visible()) ShowWindow(hwnd, c.Visible() ? SW_SHOWNA : SW_HIDE);
+  if (visible != c.Visible()) {
+    ShowWindow(hwnd, c.Visible() ? SW_SHOWNA : SW_HIDE);
+    const bool container = c.kind() == Kind::TamrixFrm || c.kind() == Kind::Frame || c.kind() == Kind::PictureBox;
+    binding.ReachChanged(c, container && c.Visible());
+  }
   if (IsOwnDrawn(c.kind())) {
     std::string shown = Appearance(c);
     if (shown != painted) {  // the monitor's ticks set the same captions over and over
       painted = std::move(shown);
       InvalidateRect(hwnd, nullptr, FALSE);
+      Announce(hwnd, c, spoken);
     }
   }
 }
@@ -531,28 +548,22 @@ void Binding::FormWindowGone(Form& form) {
   FormGone();
 }
 
-bool Binding::AccessKey(HWND window, char key) {
-  HWND root = GetAncestor(window, GA_ROOT);
-  key = static_cast<char>(std::toupper(static_cast<unsigned char>(key)));
-  for (auto& p : peers_) {
-    if (p->control.kind() != Kind::TamrixCmd || !p->hwnd || GetAncestor(p->hwnd, GA_ROOT) != root) continue;
-    if (!IsWindowVisible(p->hwnd) || !IsWindowEnabled(p->hwnd)) continue;
-    const std::string& caption = p->control.Caption();
-    std::size_t amp = caption.find('&');
-    if (amp != std::string::npos && amp + 1 < caption.size() &&
-        std::toupper(static_cast<unsigned char>(caption[amp + 1])) == static_cast<unsigned char>(key)) {
-      Control& c = p->control;
-      Invoke([&] { c.Click(); });
-      return true;
-    }
-  }
-  return false;
+Control* Binding::ControlOf(HWND window) const {
+  if (!window) return nullptr;
+  for (const auto& peer : peers_)
+    if (peer->hwnd == window) return &peer->control;
+  return nullptr;
+}
+
+HWND Binding::WindowOf(const Control& control) const {
+  auto* peer = dynamic_cast<WindowPeer*>(control.peer);
+  return peer ? peer->hwnd : nullptr;
 }
 
 int Binding::Run() {
   MSG msg;
   while (GetMessageA(&msg, nullptr, 0, 0) > 0) {
-    if (msg.message == WM_SYSCHAR && AccessKey(msg.hwnd, static_cast<char>(msg.wParam))) continue;
+    if (HandleKey(msg)) continue;
     TranslateMessage(&msg);
     DispatchMessageA(&msg);
   }
@@ -612,6 +623,7 @@ void PaintBuffered(HWND hwnd, WindowPeer& p) {
     PaintBehind(mem, hwnd, p.control, res);
     PaintControl(mem, rc, p.control, res, p.pressed);
     DrawShapes(mem, p.control);
+    if (GetFocus() == hwnd && p.binding.ShowsFocus()) DrawFocusCue(mem, rc, p.control);
   }
   RestoreDC(mem, state);
   BitBlt(dc, 0, 0, rc.right, rc.bottom, mem, 0, 0, SRCCOPY);
@@ -735,6 +747,13 @@ LRESULT CALLBACK Binding::FormProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lP
       b.Invoke([&] { goOn = form.QueryEndSession(); });
       return goOn;
     }
+    case WM_SETFOCUS:
+      // The form is active again (or for the first time): its focus goes back to a control.
+      b.ReachChanged(form, false);
+      return 0;
+    case kMsgKeepFocus:
+      b.KeepFocusReachable(hwnd);
+      return 0;
     case WM_ACTIVATE:
       // The form's activation, as the toolkit raises it: when it is first shown, and when it takes
       // over from another of the program's forms; not on a return from another program, nor from
@@ -769,6 +788,7 @@ LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM
   Binding& b = p->binding;
   switch (msg) {
     case WM_LBUTTONDOWN:
+      if (keyboard::TakesFocus(c) && GetFocus() != hwnd) SetFocus(hwnd);  // a click gives the focus, as on a button
       SetCapture(hwnd);
       p->pressed = true;
       InvalidateRect(hwnd, nullptr, FALSE);
@@ -807,6 +827,16 @@ LRESULT CALLBACK Binding::ControlProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM
       return 0;
     case WM_NCPAINT:
       return 0;  // our controls have no frame: there is nothing to paint around their face
+    case WM_SETFOCUS:
+      b.FocusTaken(c);
+      InvalidateRect(hwnd, nullptr, FALSE);
+      return 0;
+    case WM_KILLFOCUS:
+      InvalidateRect(hwnd, nullptr, FALSE);
+      return 0;
+    case WM_GETOBJECT:
+      if (LRESULT answer = AnswerGetObject(b, hwnd, wParam, lParam)) return answer;
+      break;
     case WM_NCDESTROY:
       p->hwnd = nullptr;
       break;

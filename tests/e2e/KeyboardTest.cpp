@@ -1,0 +1,219 @@
+// The real tamrix.exe from the keyboard alone, with keys typed into the X display through its
+// test extension (xdotool), as a person types them; and what a screen reader hears, read from
+// outside through the platform's accessibility interface. The focus is read from outside too.
+#include <gtest/gtest.h>
+#include <oleacc.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "e2e/Driver.h"
+#include "e2e/Registry.h"
+
+namespace tamrix::e2e {
+namespace {
+
+// The interface's real identity: mingw's uuid library carries another value for IID_IAccessible.
+constexpr GUID kIidAccessible = {0x618736E0, 0x3C3D, 0x11CF, {0x81, 0x0C, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
+
+// The window that has the keyboard focus in the program's thread, as the system knows it.
+HWND FocusOf(HWND anyWindowOfTheProgram) {
+  GUITHREADINFO info{};
+  info.cbSize = sizeof info;
+  if (!GetGUIThreadInfo(GetWindowThreadProcessId(anyWindowOfTheProgram, nullptr), &info)) return nullptr;
+  return info.hwndFocus;
+}
+
+// Types keys on the X display: each word is one xdotool key name ("Tab", "space", "alt+p",
+// "shift+Tab", "2"). Wine runs the Unix program itself and gives no handle to wait on: the
+// callers wait for what the keys do, after the time the keys take to be typed.
+void Keys(const std::string& keys) {
+  std::string line = "/usr/bin/xdotool key --delay 100 " + keys;
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  ASSERT_TRUE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) << line;
+  if (pi.hProcess) CloseHandle(pi.hProcess);
+  if (pi.hThread) CloseHandle(pi.hThread);
+  Sleep(300 + 100 * static_cast<DWORD>(std::count(keys.begin(), keys.end(), ' ')));
+}
+
+struct Heard {
+  bool read = false;
+  std::string name;
+  long role = 0;
+  long state = 0;
+  std::string value;
+};
+
+std::string FromBstr(BSTR b) {
+  if (!b) return {};
+  std::string s = Utf8(std::wstring(b, SysStringLen(b)));
+  SysFreeString(b);
+  return s;
+}
+
+// What a screen reader hears of a window's client area.
+Heard Hear(HWND window) {
+  Heard h;
+  IAccessible* acc = nullptr;
+  if (FAILED(AccessibleObjectFromWindow(window, OBJID_CLIENT, kIidAccessible, reinterpret_cast<void**>(&acc))) || !acc)
+    return h;
+  VARIANT self{};
+  self.vt = VT_I4;
+  self.lVal = CHILDID_SELF;
+  BSTR name = nullptr, value = nullptr;
+  if (SUCCEEDED(acc->get_accName(self, &name))) h.name = FromBstr(name);
+  if (SUCCEEDED(acc->get_accValue(self, &value))) h.value = FromBstr(value);
+  VARIANT role{}, state{};
+  if (SUCCEEDED(acc->get_accRole(self, &role)) && role.vt == VT_I4) h.role = role.lVal;
+  if (SUCCEEDED(acc->get_accState(self, &state)) && state.vt == VT_I4) h.state = state.lVal;
+  acc->Release();
+  h.read = true;
+  return h;
+}
+
+class Keyboard : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
+
+  void SetUp() override {
+    ASSERT_TRUE(app.Start());
+    // The X server sends the keys to the window under the pointer: it stands on the main window.
+    RECT r{};
+    GetWindowRect(app.Main(), &r);
+    SetCursorPos((r.left + r.right) / 2, r.top + 40);
+    ASSERT_TRUE(WaitUntil([&] { return FocusOf(app.Main()) == app.Find("command3"); }))
+        << "the first control has the focus at start";
+  }
+  void TearDown() override {
+    if (app.Running()) {
+      PostMessageA(app.Main(), WM_CLOSE, 0, 0);
+      if (!app.WaitExit()) app.Click("TamrixCmd1");
+      app.WaitExit();
+    }
+  }
+  // Types the keys, then waits until the focus is on the named control of `form`.
+  bool KeysTo(const std::string& keys, HWND form, const std::string& name) {
+    Keys(keys);
+    HWND want = nullptr;
+    return WaitUntil([&] { return (want = ChildOf(form, name)) && FocusOf(form) == want; }, 5000);
+  }
+  std::string Focused(HWND form) {
+    HWND f = FocusOf(form);
+    char buf[256] = {};
+    auto atom = static_cast<ATOM>(reinterpret_cast<ULONG_PTR>(GetPropA(f, "TamrixDesignName")));
+    if (atom) GlobalGetAtomNameA(atom, buf, sizeof buf);
+    return buf;
+  }
+  void Shot(const std::string& name) {
+    SendMessageTimeoutA(app.Main(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 5000, nullptr);
+    Sleep(400);
+    Screenshot(name);
+  }
+  App app;
+};
+
+TEST_F(Keyboard, TabWalksTheHomePageInDesignOrderWrapsAndEachButtonIsHeardByName) {
+  struct Stop {
+    const char* name;
+    const char* heard;  // the caption as it is read: the access key's "&" isn't said
+  };
+  const std::vector<Stop> stops = {{"win", "Windows"},          {"internet", "Internet"}, {"sys", "Test Lab"},
+                                   {"TamrixCmd7", "Protection"}, {"apro", "A propos"},   {"TamrixCmd1", "Quitter"},
+                                   {"command3", "Accueil"}};
+  for (const Stop& s : stops) {
+    ASSERT_TRUE(KeysTo("Tab", app.Main(), s.name)) << "Tab should reach " << s.name << ", the focus is on " << Focused(app.Main());
+    Heard h = Hear(app.Find(s.name));
+    ASSERT_TRUE(h.read) << s.name;
+    EXPECT_EQ(h.name, s.heard);
+    EXPECT_EQ(h.role, ROLE_SYSTEM_PUSHBUTTON) << s.name;
+    EXPECT_TRUE(h.state & STATE_SYSTEM_FOCUSED) << s.name;
+    EXPECT_TRUE(h.state & STATE_SYSTEM_FOCUSABLE) << s.name;
+    if (std::string(s.name) == "internet") Shot("keyboard-focused-button");
+  }
+  EXPECT_TRUE(KeysTo("shift+Tab", app.Main(), "TamrixCmd1")) << Focused(app.Main());
+  // The window itself reads as a client area with its caption; a label as static text, the
+  // memory bar as a progress bar with its value.
+  Heard form = Hear(app.Main());
+  EXPECT_EQ(form.role, ROLE_SYSTEM_CLIENT);
+  EXPECT_EQ(form.name, " Tamrix Utility 3.0 Pro (Win 9.x - NT4.0 - 2000 - Xp - 2003)");
+  Heard label = Hear(app.Find("Label17"));
+  EXPECT_EQ(label.role, ROLE_SYSTEM_STATICTEXT);
+  Heard bar = Hear(app.Find("TamrixPBar2"));
+  EXPECT_EQ(bar.role, ROLE_SYSTEM_PROGRESSBAR);
+  EXPECT_NE(bar.value.find('%'), std::string::npos) << bar.value;
+}
+
+TEST_F(Keyboard, OnTheProtectionPageTabAndSpaceTickTwoBoxesAndAppliquerByItsLetterWritesThem) {
+  DeleteTree(HKEY_CURRENT_USER, kRestrictRun);
+  DeleteTree(HKEY_CURRENT_USER, kExplorer);
+  CreateKey(HKEY_CURRENT_USER, kRestrictRun);
+  // Alt+P opens the page; its first box takes the focus.
+  ASSERT_TRUE(KeysTo("alt+p", app.Main(), "box2")) << Focused(app.Main());
+  Heard before = Hear(app.Find("box2"));
+  EXPECT_EQ(before.role, ROLE_SYSTEM_CHECKBUTTON);
+  EXPECT_FALSE(before.state & STATE_SYSTEM_CHECKED);
+  Keys("space");
+  ASSERT_TRUE(WaitUntil([&] { return app.Value("box2") == 1; }, 5000));
+  EXPECT_TRUE(Hear(app.Find("box2")).state & STATE_SYSTEM_CHECKED);
+  ASSERT_TRUE(KeysTo("Tab", app.Main(), "box1")) << Focused(app.Main());
+  Keys("space");
+  ASSERT_TRUE(WaitUntil([&] { return app.Value("box1") == 1; }, 5000));
+  Shot("keyboard-focused-box");
+  EXPECT_EQ(app.Value("box3"), 0);
+  // "&Appliquer" shares its letter with "&A propos": the first Alt+A reaches it, Enter presses it.
+  ASSERT_TRUE(KeysTo("alt+a", app.Main(), "ReyCommand2")) << Focused(app.Main());
+  EXPECT_FALSE(ReadDword(HKEY_CURRENT_USER, kExplorer, "Norun").has_value()) << "reaching is not pressing";
+  Keys("Return");
+  EXPECT_TRUE(WaitUntil([&] { return ReadDword(HKEY_CURRENT_USER, kExplorer, "Norun") == 1u; }, 5000));
+  EXPECT_EQ(ReadDword(HKEY_CURRENT_USER, kExplorer, "Nofind"), 1u);
+  EXPECT_EQ(ReadDword(HKEY_CURRENT_USER, kExplorer, "NoFavoritesMenu"), 0u);
+  DeleteTree(HKEY_CURRENT_USER, kRestrictRun);
+  DeleteTree(HKEY_CURRENT_USER, kExplorer);
+}
+
+TEST_F(Keyboard, OnTheInternetPageTheArrowsMoveTheSpeedChoice) {
+  ASSERT_TRUE(KeysTo("alt+i", app.Main(), "Modem1")) << Focused(app.Main());
+  ASSERT_TRUE(KeysTo("Tab", app.Main(), "r56")) << Focused(app.Main());
+  EXPECT_EQ(Hear(app.Find("r56")).role, ROLE_SYSTEM_RADIOBUTTON);
+  ASSERT_TRUE(KeysTo("Down", app.Main(), "r64")) << Focused(app.Main());
+  EXPECT_TRUE(WaitUntil([&] { return app.Value("r64") == 1 && app.Value("r56") == 0; }, 5000));
+  EXPECT_TRUE(Hear(app.Find("r64")).state & STATE_SYSTEM_CHECKED);
+  EXPECT_FALSE(Hear(app.Find("r56")).state & STATE_SYSTEM_CHECKED);
+  Shot("keyboard-focused-option");
+  ASSERT_TRUE(KeysTo("Up Up", app.Main(), "r33")) << Focused(app.Main());
+  EXPECT_TRUE(WaitUntil([&] { return app.Value("r33") == 1 && app.Value("r64") == 0; }, 5000));
+  ASSERT_TRUE(KeysTo("Up", app.Main(), "r1024")) << "the group wraps; " << Focused(app.Main());
+}
+
+TEST_F(Keyboard, InTheToolsWindowTheShutdownBoxesTakeDigitsTypedAfterTab) {
+  app.Click("win");
+  app.Click("TamrixCmd15");
+  HWND tools = nullptr;
+  ASSERT_TRUE(WaitUntil([&] { return (tools = FormOf(app.Pid(), "Form2")) && IsWindowVisible(tools); }));
+  RECT r{};
+  GetWindowRect(tools, &r);
+  SetCursorPos((r.left + r.right) / 2, (r.top + r.bottom) / 2);
+  ASSERT_TRUE(WaitUntil([&] { return FocusOf(tools) == ChildOf(tools, "hr"); }, 5000)) << Focused(tools);
+  Keys("1");
+  EXPECT_TRUE(WaitUntil([&] { return TextOf(ChildOf(tools, "hr")) == "1"; }, 5000)) << TextOf(ChildOf(tools, "hr"));
+  ASSERT_TRUE(KeysTo("Tab", tools, "min")) << Focused(tools);
+  Keys("2");
+  EXPECT_TRUE(WaitUntil([&] { return TextOf(ChildOf(tools, "min")) == "2"; }, 5000)) << TextOf(ChildOf(tools, "min"));
+  ASSERT_TRUE(KeysTo("Tab", tools, "sec")) << Focused(tools);
+  Keys("3 4");
+  EXPECT_TRUE(WaitUntil([&] { return TextOf(ChildOf(tools, "sec")) == "34"; }, 5000)) << TextOf(ChildOf(tools, "sec"));
+  Heard sec = Hear(ChildOf(tools, "sec"));
+  EXPECT_EQ(sec.role, ROLE_SYSTEM_TEXT);
+  EXPECT_TRUE(sec.state & STATE_SYSTEM_FOCUSED);
+  ASSERT_TRUE(KeysTo("Tab", tools, "option1")) << Focused(tools);
+  EXPECT_EQ(Hear(ChildOf(tools, "option1")).name, "Lancez");
+  // The window goes without a countdown: nothing was launched.
+  PostMessageA(tools, WM_CLOSE, 0, 0);
+  EXPECT_TRUE(WaitUntil([&] { return !IsWindow(tools) || !IsWindowVisible(tools); }));
+}
+
+}  // namespace
+}  // namespace tamrix::e2e
