@@ -249,6 +249,9 @@ class EndOfSession {
     if (SendMessageTimeoutA(window_, WM_QUERYENDSESSION, 0, ENDSESSION_LOGOFF, SMTO_NORMAL, 30000, &r))
       answer_ = static_cast<LRESULT>(r);
   }) {}
+  ~EndOfSession() {
+    if (thread_.joinable()) thread_.join();  // a test that stopped early still waits for the answer
+  }
   LRESULT Answer() {
     thread_.join();
     return answer_;
