@@ -215,5 +215,12 @@ TEST_F(Keyboard, InTheToolsWindowTheShutdownBoxesTakeDigitsTypedAfterTab) {
   EXPECT_TRUE(WaitUntil([&] { return !IsWindow(tools) || !IsWindowVisible(tools); }));
 }
 
+TEST_F(Keyboard, APageHiddenUnderTheFocusHandsItToAControlThatCanBeSeen) {
+  ASSERT_TRUE(KeysTo("alt+p", app.Main(), "box2")) << Focused(app.Main());
+  app.Click("command3");  // the mouse goes home: the Protection page hides with the focus on it
+  EXPECT_TRUE(WaitUntil([&] { return FocusOf(app.Main()) == app.Find("command3"); }, 5000)) << Focused(app.Main());
+  EXPECT_TRUE(IsWindowVisible(FocusOf(app.Main())));
+}
+
 }  // namespace
 }  // namespace tamrix::e2e
