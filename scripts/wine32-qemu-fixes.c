@@ -1,4 +1,4 @@
-/* Mends, inside the emulated i386 process, three things qemu-user (7.2) gets wrong for 32-bit Wine.
+/* Mends, inside the emulated i386 process, four things qemu-user (7.2) gets wrong for 32-bit Wine.
  * Built with gcc -m32 into the private i386 root and handed to the guest only, through qemu's -E
  * LD_PRELOAD=..., never through the shell: the 64-bit qemu itself must not try to load it.
  *
@@ -10,7 +10,14 @@
  *    code before Wine's handler reads it.
  * 3. A 32-bit Wine process starting another 32-bit process execs the i386 loader directly, which
  *    this kernel refuses (it runs no 32-bit code). Such an exec goes through qemu-i386 again, with
- *    the same root and the same fixes. */
+ *    the same root and the same fixes.
+ * 4. qemu copies the host's sysinfo() into the guest's 32-bit fields as they are: on a 64-bit host
+ *    memory counts come in bytes (mem_unit 1) and a machine of 25 GB is cut to its low 32 bits
+ *    (3.5 GB), while /proc/meminfo still says 21 GB free. Wine's memory figures then put more free
+ *    memory than there is memory, and its memory load comes out as a large negative number. A
+ *    32-bit kernel counts in bigger units when bytes would not fit; we count in kilobytes, from
+ *    /proc/meminfo, for sysinfo() and for sysconf's page counts (glibc reads those through its
+ *    own sysinfo call, out of the preload's reach). */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <elf.h>
@@ -24,6 +31,7 @@
 #include <string.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
+#include <sys/sysinfo.h>
 #include <sys/ucontext.h>
 #include <unistd.h>
 
@@ -200,4 +208,72 @@ int execv(const char *path, char *const argv[])
 {
     extern char **environ;
     return execve(path, argv, environ);
+}
+
+/* ---- 4. memory counts that fit 32 bits --------------------------------------------------------- */
+
+/* MemTotal and the others of /proc/meminfo, in kilobytes; 0 when the file cannot be read. */
+static int meminfo_kb(unsigned long long *total, unsigned long long *free_kb, unsigned long long *buffers,
+                      unsigned long long *shared, unsigned long long *swap_total, unsigned long long *swap_free,
+                      unsigned long long *available)
+{
+    char line[256];
+    FILE *f = fopen("/proc/meminfo", "re");
+    if (!f)
+        return 0;
+    *total = *free_kb = *buffers = *shared = *swap_total = *swap_free = *available = 0;
+    while (fgets(line, sizeof line, f)) {
+        unsigned long long v;
+        char key[64];
+        if (sscanf(line, "%63[^:]: %llu", key, &v) != 2)
+            continue;
+        if (!strcmp(key, "MemTotal")) *total = v;
+        else if (!strcmp(key, "MemFree")) *free_kb = v;
+        else if (!strcmp(key, "Buffers")) *buffers = v;
+        else if (!strcmp(key, "Shmem")) *shared = v;
+        else if (!strcmp(key, "SwapTotal")) *swap_total = v;
+        else if (!strcmp(key, "SwapFree")) *swap_free = v;
+        else if (!strcmp(key, "MemAvailable")) *available = v;
+    }
+    fclose(f);
+    return *total != 0;
+}
+
+static unsigned long clamp_ul(unsigned long long v)
+{
+    return v > 0xffffffffull ? 0xfffffffful : (unsigned long)v;
+}
+
+int sysinfo(struct sysinfo *info)
+{
+    if (syscall(SYS_sysinfo, info) != 0)
+        return -1;
+    unsigned long long total, free_kb, buffers, shared, swap_total, swap_free, available;
+    if (!meminfo_kb(&total, &free_kb, &buffers, &shared, &swap_total, &swap_free, &available))
+        return 0;
+    info->mem_unit = 1024;
+    info->totalram = clamp_ul(total);
+    info->freeram = clamp_ul(free_kb);
+    info->bufferram = clamp_ul(buffers);
+    info->sharedram = clamp_ul(shared);
+    info->totalswap = clamp_ul(swap_total);
+    info->freeswap = clamp_ul(swap_free);
+    info->totalhigh = info->freehigh = 0;
+    return 0;
+}
+
+long sysconf(int name)
+{
+    static long (*real)(int);
+    if (!real)
+        real = (long (*)(int))dlsym(RTLD_NEXT, "sysconf");
+    if (name == _SC_PHYS_PAGES || name == _SC_AVPHYS_PAGES) {
+        unsigned long long total, free_kb, buffers, shared, swap_total, swap_free, available;
+        long page = real(_SC_PAGESIZE);
+        if (page > 0 && meminfo_kb(&total, &free_kb, &buffers, &shared, &swap_total, &swap_free, &available)) {
+            unsigned long long pages = (name == _SC_PHYS_PAGES ? total : free_kb) * 1024ull / (unsigned long long)page;
+            return pages > 0x7fffffffull ? 0x7fffffffL : (long)pages;
+        }
+    }
+    return real(name);
 }

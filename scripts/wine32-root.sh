@@ -67,6 +67,11 @@ wine32_install_native() {
 # bookworm ships them, plus the small library that mends qemu's faults (wine32-qemu-fixes.c).
 wine32_root_path() { echo "$(wine32_cache_dir)/i386-wine-$(wine32_host_version)"; }
 wine32_root_ready() { [[ -f $1/.complete && -x $1/usr/lib/wine/wine && -f $1/usr/lib/tamrix-qemu-fixes.so ]]; }
+# The mending library follows its source: a root made before a fix was added gets it rebuilt.
+wine32_fixes_fresh() {
+  [[ $1/usr/lib/tamrix-qemu-fixes.so -nt $(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine32-qemu-fixes.c ]] ||
+    wine32_build_fixes "$1"
+}
 
 # The i386 DLLs and programs a 64-bit prefix needs in syswow64 for the emulated route (the 64-bit
 # wineboot leaves it empty when the host has no 32-bit Wine); links, not copies: some 560 MB.
@@ -139,7 +144,9 @@ wine32_make_root() {
 wine32_build_fixes() {
   local src
   src=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine32-qemu-fixes.c
-  gcc -m32 -O2 -fPIC -shared -Wall -o "$1/usr/lib/tamrix-qemu-fixes.so" "$src" -ldl
+  # Built aside and moved in whole: emulated processes of other checkouts may have it loaded.
+  gcc -m32 -O2 -fPIC -shared -Wall -o "$1/usr/lib/tamrix-qemu-fixes.so.new" "$src" -ldl &&
+    mv -f "$1/usr/lib/tamrix-qemu-fixes.so.new" "$1/usr/lib/tamrix-qemu-fixes.so"
 }
 
 wine32_route() {
@@ -185,6 +192,10 @@ wine32_choose_route() {
       wine32_skip "the private i386 root could not be made: $why"
       return 0
     fi
+  fi
+  if ! wine32_fixes_fresh "$root"; then
+    wine32_skip "the i386 library that mends qemu could not be rebuilt (gcc -m32; gcc-multilib)"
+    return 0
   fi
   wine32_route "emulated $root"
   w32_say "32-bit route: emulated (this machine runs no 32-bit x86 code: qemu-i386 runs bookworm's i386 wine32 from $root)"
