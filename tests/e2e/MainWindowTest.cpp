@@ -2,6 +2,10 @@
 // out, and the page switch of the Protection button.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "e2e/Driver.h"
 
 namespace tamrix::e2e {
@@ -42,6 +46,94 @@ TEST(MainWindow, SecondStartShowsNoWindowAndLeavesTheFirstAlone) {
   EXPECT_TRUE(IsWindowVisible(before));
   EXPECT_TRUE(first.Shown("Frame4"));
   EXPECT_EQ(first.OtherWindow(), nullptr) << "no message of any kind";
+}
+
+// Starts tamrix.exe as its debugger and lists, in lower case, the files of the modules the
+// system maps into it, until it ends or until a module whose path holds `stopAt` comes (then the
+// process is ended). What a process loads is seen from outside, not from the program's record.
+struct Loaded {
+  std::vector<std::string> modules;
+  bool exited = false;
+  DWORD exitCode = 0;
+  bool Has(const std::string& part) const {
+    return std::any_of(modules.begin(), modules.end(), [&](const std::string& m) { return m.find(part) != std::string::npos; });
+  }
+};
+
+std::string PathOf(HANDLE file) {
+  char path[MAX_PATH * 2] = {};
+  if (!file || !GetFinalPathNameByHandleA(file, path, sizeof path, 0)) return {};
+  std::string s = path;
+  std::transform(s.begin(), s.end(), s.begin(), [](unsigned char c) { return static_cast<char>(tolower(c)); });
+  return s;
+}
+
+Loaded ModulesLoadedBy(const std::string& stopAt, DWORD timeoutMs) {
+  Loaded out;
+  std::string line = "\"" + App::ExePath() + "\"";
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  PROCESS_INFORMATION pi{};
+  if (!CreateProcessA(nullptr, line.data(), nullptr, nullptr, FALSE, DEBUG_ONLY_THIS_PROCESS, nullptr, nullptr, &si, &pi))
+    return out;
+  const DWORD start = GetTickCount();
+  bool ending = false;
+  for (;;) {
+    DEBUG_EVENT ev{};
+    if (!WaitForDebugEvent(&ev, 1000)) {
+      if (!ending && GetTickCount() - start > timeoutMs) {
+        TerminateProcess(pi.hProcess, 1);
+        ending = true;
+      }
+      continue;
+    }
+    DWORD status = DBG_CONTINUE;
+    if (ev.dwDebugEventCode == CREATE_PROCESS_DEBUG_EVENT && ev.u.CreateProcessInfo.hFile) {
+      CloseHandle(ev.u.CreateProcessInfo.hFile);
+    } else if (ev.dwDebugEventCode == LOAD_DLL_DEBUG_EVENT) {
+      out.modules.push_back(PathOf(ev.u.LoadDll.hFile));
+      if (ev.u.LoadDll.hFile) CloseHandle(ev.u.LoadDll.hFile);
+      if (!ending && !stopAt.empty() && out.modules.back().find(stopAt) != std::string::npos) {
+        TerminateProcess(pi.hProcess, 1);
+        ending = true;
+      }
+    } else if (ev.dwDebugEventCode == EXCEPTION_DEBUG_EVENT &&
+               ev.u.Exception.ExceptionRecord.ExceptionCode != EXCEPTION_BREAKPOINT) {
+      status = DBG_EXCEPTION_NOT_HANDLED;
+    }
+    if (ev.dwDebugEventCode == EXIT_PROCESS_DEBUG_EVENT) {
+      out.exited = !ending;
+      out.exitCode = ev.u.ExitProcess.dwExitCode;
+      ContinueDebugEvent(ev.dwProcessId, ev.dwThreadId, status);
+      break;
+    }
+    ContinueDebugEvent(ev.dwProcessId, ev.dwThreadId, status);
+  }
+  WaitForSingleObject(pi.hProcess, 10000);
+  CloseHandle(pi.hThread);
+  CloseHandle(pi.hProcess);
+  return out;
+}
+
+// Wine's winmm reaches the sound devices through its audio device API, mmdevapi.dll, which
+// loads the sound server's driver: a process that never looks at the devices never maps it.
+constexpr const char* kSoundDevices = "mmdevapi.dll";
+
+TEST(MainWindow, AFirstStartLoadsTheSoundDevicesAsItStarts) {
+  Loaded first = ModulesLoadedBy(kSoundDevices, 30000);
+  EXPECT_TRUE(first.Has(kSoundDevices)) << first.modules.size() << " modules, none of the sound devices";
+}
+
+TEST(MainWindow, ASecondStartEndsWithoutLoadingTheSoundDevices) {
+  App first;
+  ASSERT_TRUE(first.Start());
+  Loaded second = ModulesLoadedBy("", 15000);
+  ASSERT_TRUE(second.exited) << "the second instance should leave at once";
+  EXPECT_EQ(second.exitCode, 0u);
+  EXPECT_FALSE(second.modules.empty());
+  EXPECT_FALSE(second.Has(kSoundDevices));
+  for (const char* driver : {"winepulse.drv", "winealsa.drv", "wineoss.drv"}) EXPECT_FALSE(second.Has(driver)) << driver;
+  EXPECT_TRUE(first.Running());
 }
 
 TEST(MainWindow, CornersAreCutRound) {

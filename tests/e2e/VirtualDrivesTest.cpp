@@ -2,7 +2,8 @@
 // messages, the Run value of a permanent drive and its removal, a registry export before and
 // after showing nothing else changed; and with a witness in subst.exe's place, the command lines
 // as the started program receives them, hidden, from tamrix.exe itself, not waited for.
-// Wine 8's own subst.exe is a stub that maps nothing, so the drive itself can't appear there.
+// Wine 8's own subst.exe is a stub that maps nothing, so where a drive must really be there the
+// test maps it itself, as subst.exe does on Windows.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -53,7 +54,14 @@ class VirtualDrivesOnWine : public ::testing::Test {
   }
   void TearDown() override {
     if (app.Running()) EndProcess(app.Pid());
+    if (!mapped.empty()) DefineDosDeviceA(DDD_REMOVE_DEFINITION, mapped.c_str(), nullptr);
     snapshot.Restore();
+  }
+  // A drive for the letter, on the folder, that Windows lists among its drives.
+  void MapDrive(const std::string& drive, const std::string& folder) {
+    ASSERT_TRUE(DefineDosDeviceA(0, drive.c_str(), folder.c_str()));
+    mapped = drive;
+    ASSERT_NE(DriveLetters().find(drive[0]), std::string::npos) << drive << " isn't among the drives";
   }
   void OpenPage() {
     ASSERT_TRUE(app.Start());
@@ -84,7 +92,7 @@ class VirtualDrivesOnWine : public ::testing::Test {
   }
   RegistrySnapshot snapshot{{{HKEY_LOCAL_MACHINE, kRun, "y:"}, {HKEY_LOCAL_MACHINE, kRun, "x:"}}};
   App app;
-  std::string letter;
+  std::string letter, mapped;
 };
 
 TEST_F(VirtualDrivesOnWine, ListsOfferTheFreeLettersFromZDownAndAllTwentySix) {
@@ -113,6 +121,9 @@ TEST_F(VirtualDrivesOnWine, PermanentDriveWritesItsRunValueAndRemovalWithDemarra
   Screenshot("windows-page-virtual-drives");
 
   Exports before = Exports::Take();
+  // Wine's subst.exe maps nothing, so the drive is made here, as subst.exe makes it on Windows:
+  // from now on a list filled again would lose the letter.
+  MapDrive(letter, folder);
   app.Click("cmdCheminVirtuel(1)");
   ExpectBox("Création termninée avec succès !");
 
@@ -128,8 +139,13 @@ TEST_F(VirtualDrivesOnWine, PermanentDriveWritesItsRunValueAndRemovalWithDemarra
   for (const auto& [entry, line] : changed)
     if (entry != EntryOf(HKEY_LOCAL_MACHINE, kRun, name)) ADD_FAILURE() << "changed too: " << entry << " " << line;
 
-  // The letter stays on offer until the next start.
+  // The letter stays on offer until the next start, though the drive is there.
   EXPECT_EQ(app.Items("cmbLecteurDispo(0)"), free);
+  app.Click("command3");
+  ASSERT_TRUE(WaitUntil([&] { return !app.Shown("Frame1"); }));
+  app.Click("win");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frame1"); }));
+  EXPECT_EQ(app.Items("cmbLecteurDispo(0)"), free) << "the page shown again keeps its lists";
 
   app.Choose("cmbLecteurDispo(1)", 'Z' - letter[0]);
   ASSERT_TRUE(WaitUntil([&] { return app.Text("cmbLecteurDispo(1)") == letter; }));
@@ -137,6 +153,7 @@ TEST_F(VirtualDrivesOnWine, PermanentDriveWritesItsRunValueAndRemovalWithDemarra
   ASSERT_TRUE(WaitUntil([&] { return app.Value("TamrixCB1") == 1; }));
   app.Click("cmdCheminVirtuel(2)");
   ExpectBox("Suppression termninée avec succès !");
+  EXPECT_EQ(app.Items("cmbLecteurDispo(0)"), free);
   EXPECT_FALSE(ReadValue(HKEY_LOCAL_MACHINE, kRun, name).has_value());
   EXPECT_TRUE(Changes(before, Exports::Take()).empty());
 }

@@ -144,6 +144,14 @@ TEST(SpecialFolders, ADirectoryLongerThanTheBufferFillsItsBoxWithTheWholeBufferO
   EXPECT_EQ(t.w().dossiers.ChDos(20).Text(), "C:\\WINDOWS\\system32");
 }
 
+TEST(SpecialFolders, ASystemDirectoryLongerThanTheBufferFillsItsBoxWithTheWholeBufferOfZeros) {
+  Tools t;
+  t.p.systemDirectory = "C:\\" + std::string(125, 's');  // 128: no room left for its end
+  t.Open(Page::DossiersSpeciaux);
+  EXPECT_EQ(t.w().dossiers.ChDos(20).Text(), std::string(128, '\0'));
+  EXPECT_EQ(t.w().dossiers.ChDos(19).Text(), "C:\\WINDOWS");
+}
+
 TEST(SpecialFolders, TheBoxesAreFilledAgainAtEachOpening) {
   Tools t;
   t.Open(Page::DossiersSpeciaux);

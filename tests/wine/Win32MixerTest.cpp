@@ -5,7 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <tlhelp32.h>
+
 #include <cstring>
+#include <set>
+#include <thread>
 
 #include "platform/win32/Win32Platform.h"
 #include "sysinfo/CMixer.h"
@@ -32,6 +36,89 @@ TEST(Win32MixersReadAhead, CallsAfterTheReadAheadGetWinmmsOwnAnswers) {
   MixerCaps caps;
   MIXERCAPSA own{};
   EXPECT_EQ(p.mixerGetDevCapsA(count, &caps, mixerline::kCapsSize), mixerGetDevCapsA(count, &own, sizeof own));
+}
+
+// The threads of this process, as the system lists them.
+std::set<DWORD> OwnThreads() {
+  std::set<DWORD> ids;
+  HANDLE snap = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 entry{};
+  entry.dwSize = sizeof entry;
+  for (BOOL ok = Thread32First(snap, &entry); ok; ok = Thread32Next(snap, &entry))
+    if (entry.th32OwnerProcessID == GetCurrentProcessId()) ids.insert(entry.th32ThreadID);
+  CloseHandle(snap);
+  return ids;
+}
+
+// Starts a read ahead and holds its reading thread, suspended, before it can end. A new thread
+// runs its modules' thread attach under the loader lock before its own work, so while this
+// thread holds that lock the reader is sure to be found still standing. Gives that thread, or
+// nullptr when none appeared.
+HANDLE ReadAheadHeld(Win32Platform& p) {
+  using Lock = LONG(NTAPI*)(ULONG, ULONG*, ULONG_PTR*);
+  using Unlock = LONG(NTAPI*)(ULONG, ULONG_PTR);
+  HMODULE ntdll = GetModuleHandleA("ntdll.dll");
+  auto lock = reinterpret_cast<Lock>(reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrLockLoaderLock")));
+  auto unlock = reinterpret_cast<Unlock>(reinterpret_cast<void*>(GetProcAddress(ntdll, "LdrUnlockLoaderLock")));
+  if (!lock || !unlock) return nullptr;
+  const std::set<DWORD> before = OwnThreads();
+  ULONG_PTR cookie = 0;
+  lock(0, nullptr, &cookie);
+  p.ReadMixersAhead();
+  HANDLE held = nullptr;
+  for (DWORD id : OwnThreads()) {
+    if (before.count(id) || held) continue;
+    held = OpenThread(THREAD_SUSPEND_RESUME | THREAD_QUERY_INFORMATION | SYNCHRONIZE, FALSE, id);
+    if (held) SuspendThread(held);
+  }
+  unlock(0, cookie);
+  DWORD code = 0;
+  if (held && !(GetExitCodeThread(held, &code) && code == STILL_ACTIVE)) {
+    CloseHandle(held);
+    return nullptr;
+  }
+  return held;
+}
+
+// Seen from outside: while the reading thread is held, a mixer call doesn't go ahead; it returns
+// only once that thread has ended, so the two never run at the same time.
+TEST(Win32MixersReadAhead, AMixerCallGoesAheadOnlyOnceTheReadingThreadHasEnded) {
+  if (mixerGetNumDevs() == 0) GTEST_SKIP() << "no mixer: the test script's PulseAudio isn't running";
+  for (int attempt = 0; attempt < 50; ++attempt) {
+    // The thread that lets the reader go is there before the reader, so that nothing the held
+    // reader may hold at its start can stop it.
+    HANDLE go = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    HANDLE held = nullptr;
+    std::thread release([&] {
+      WaitForSingleObject(go, INFINITE);
+      if (!held) return;
+      Sleep(400);
+      ResumeThread(held);
+    });
+    std::uint32_t count = 0;
+    bool endedFirst = false;
+    DWORD took = 0;
+    {
+      Win32Platform p;
+      held = ReadAheadHeld(p);
+      SetEvent(go);
+      if (held) {
+        const DWORD start = GetTickCount();
+        count = p.mixerGetNumDevs();
+        took = GetTickCount() - start;
+        endedFirst = WaitForSingleObject(held, 0) == WAIT_OBJECT_0;
+      }
+    }
+    release.join();
+    CloseHandle(go);
+    if (!held) continue;  // the reader ended before it could be held: once more
+    CloseHandle(held);
+    EXPECT_TRUE(endedFirst) << "the mixer call returned while the reading thread still stood";
+    EXPECT_GE(took, 300u) << "the mixer call didn't wait for the held reader";
+    EXPECT_EQ(count, mixerGetNumDevs());
+    return;
+  }
+  FAIL() << "the reading thread always ended before it could be held";
 }
 
 TEST(Win32MixersReadAhead, APlatformGoneBeforeAnyMixerCallEndsCleanly) {

@@ -44,6 +44,21 @@ TEST(Win32Platform, ATooSmallBufferComesBackAsZerosOfItsSizeWithTheSizeNeeded) {
   EXPECT_EQ(buffer, std::string(4, '\0'));
 }
 
+// A buffer just the directory's length leaves no room for its end: too small, as the fake has it.
+TEST(Win32Platform, ABufferJustTheDirectorysLengthIsTooSmall) {
+  Win32Platform p;
+  char own[MAX_PATH] = {};
+  const UINT windows = ::GetWindowsDirectoryA(own, MAX_PATH);
+  std::string buffer = "left over";
+  EXPECT_EQ(p.GetWindowsDirectoryA(&buffer, windows), windows + 1);
+  EXPECT_EQ(buffer, std::string(windows, '\0'));
+  EXPECT_EQ(p.GetWindowsDirectoryA(&buffer, windows + 1), windows);
+  EXPECT_EQ(buffer.substr(0, windows), std::string(own, windows));
+  const UINT system = ::GetSystemDirectoryA(own, MAX_PATH);
+  EXPECT_EQ(p.GetSystemDirectoryA(&buffer, system), system + 1);
+  EXPECT_EQ(buffer, std::string(system, '\0'));
+}
+
 TEST(Win32Platform, DriveLettersAreThoseThePrefixMaps) {
   Win32Platform p;
   // The drive strings list the same drives, one "X:\\" root each.
