@@ -261,8 +261,8 @@ wine_suite wine-platform win64 wine_tests wine-platform.xml
 if ((wine32_ready)); then
   wine_suite wine32-unit win32 unit_tests wine32-unit.xml
   # Two faults of the emulated route, seen every run on this machine, shape this suite.
-  # - Once an emulated process has opened the audio mixers (winmm through PulseAudio), the next
-  #   thing it asks of Wine fails: qemu "uncaught target signal 11" or a hang in
+  # - Once an emulated process has opened the audio mixers (winmm through PulseAudio), what it
+  #   asks of Wine next may fail: qemu "uncaught target signal 11" or a hang in
   #   Win32Hardware.VolumeOfDriveCIsWhatTheSystemSays, "wine client error: partial write" or an X
   #   connection lost ("XIO: fatal IO error 25") further on. The mixer tests pass in a process of
   #   their own, so they get one (wine32-mixers).
@@ -291,12 +291,11 @@ if ((wine32_ready)); then
   # would take make test past its time.
   # Left out for a fault of the emulated route, and counted as skipped: TestLabInfo.* (4),
   # TestLabHardware.* (3, the CPU page and the whole CPU test among them) and Navigation.* (7,
-  # which passes through Test Lab). The program reads the mixers ahead on a thread of its own at
-  # start-up; once such a thread has opened the mixers and ended, the emulated process's next
-  # volume query (Test Lab's pages read drive C's) crashes it (qemu "uncaught target signal 11")
-  # or hangs it, as a ten-line i686 program doing just that shows. The window then stops
-  # answering, and the test driver dies after it ("partial wakeup read 0", "read: Bad file
-  # descriptor").
+  # which passes through Test Lab). The program reads the mixers at start-up; once an emulated
+  # process has opened them, a volume query (Test Lab's pages read drive C's) may crash it (qemu
+  # "uncaught target signal 11") or hang it, as a ten-line i686 program doing just those two calls
+  # shows. The window then stops answering, and the test driver dies after it ("partial wakeup
+  # read 0", "read: Bad file descriptor").
   suite_left_out=14 suite_left_out_why="Test Lab and Navigation, which the emulated program cannot run" \
     e2e_suite e2e32 win32 e2e32.xml 'HomePage.*:MainWindow.*:WindowsOptimiserOnWine.EveryRowLands*:VirtualDrivesOnWine.*:VirtualDrivesWithWitness.*'
 else
