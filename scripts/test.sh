@@ -74,17 +74,17 @@ suite() {
   echo "==== $name: $*"
   if ! ninja -C "build/$tree" "$target" >"$results/$name.ninja.log" 2>&1; then
     if grep -q "unknown target" "$results/$name.ninja.log"; then
-      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: build/$tree has no target $target"
+      note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "executable missing: build/$tree has no target $target"
     elif [[ ! -f $exe ]]; then
-      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: $exe did not build (errors above)"
+      note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "executable missing: $exe did not build (errors above)"
     else
-      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "not run: $exe is out of date and does not build (errors above)"
+      note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "not run: $exe is out of date and does not build (errors above)"
     fi
     return
   fi
   rm -f "$results/$name.ninja.log"
   if [[ ! -f $exe ]]; then
-    note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: $exe"
+    note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "executable missing: $exe"
     return
   fi
   rm -f "$xml"
@@ -95,11 +95,11 @@ suite() {
   if [[ ! -s $xml ]]; then
     local why="ended with status $rc without writing $xml"
     ((rc == 124)) && why="timed out after ${suite_timeout}s without writing $xml"
-    note "$name" 0 1 0 "$ms" "$why"
+    note "$name" 0 1 "${suite_left_out:-0}" "$ms" "$why"
     return
   fi
   if ! read -r p f s d < <(counts "$xml" 2>/dev/null); then
-    note "$name" 0 1 0 "$ms" "unreadable report $xml (status $rc)"
+    note "$name" 0 1 "${suite_left_out:-0}" "$ms" "unreadable report $xml (status $rc)"
     return
   fi
   local remark=
