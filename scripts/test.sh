@@ -74,17 +74,17 @@ suite() {
   echo "==== $name: $*"
   if ! ninja -C "build/$tree" "$target" >"$results/$name.ninja.log" 2>&1; then
     if grep -q "unknown target" "$results/$name.ninja.log"; then
-      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: build/$tree has no target $target"
+      note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "executable missing: build/$tree has no target $target"
     elif [[ ! -f $exe ]]; then
-      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: $exe did not build (errors above)"
+      note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "executable missing: $exe did not build (errors above)"
     else
-      note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "not run: $exe is out of date and does not build (errors above)"
+      note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "not run: $exe is out of date and does not build (errors above)"
     fi
     return
   fi
   rm -f "$results/$name.ninja.log"
   if [[ ! -f $exe ]]; then
-    note "$name" 0 1 0 $(($(tamrix_now_ms) - start)) "executable missing: $exe"
+    note "$name" 0 1 "${suite_left_out:-0}" $(($(tamrix_now_ms) - start)) "executable missing: $exe"
     return
   fi
   rm -f "$xml"
@@ -95,15 +95,20 @@ suite() {
   if [[ ! -s $xml ]]; then
     local why="ended with status $rc without writing $xml"
     ((rc == 124)) && why="timed out after ${suite_timeout}s without writing $xml"
-    note "$name" 0 1 0 "$ms" "$why"
+    note "$name" 0 1 "${suite_left_out:-0}" "$ms" "$why"
     return
   fi
   if ! read -r p f s d < <(counts "$xml" 2>/dev/null); then
-    note "$name" 0 1 0 "$ms" "unreadable report $xml (status $rc)"
+    note "$name" 0 1 "${suite_left_out:-0}" "$ms" "unreadable report $xml (status $rc)"
     return
   fi
   local remark=
   ((d)) && remark="$d disabled"
+  # Tests a filter left out because they cannot run here count as skipped, never as passed.
+  if ((${suite_left_out:-0})); then
+    s=$((s + suite_left_out))
+    remark+="${remark:+; }$suite_left_out left out: ${suite_left_out_why:-}"
+  fi
   if ((rc != 0 && f == 0)); then
     # Every test passed but the process still failed (a crash on exit, a
     # leak check): that is one failure of its own.
@@ -255,10 +260,24 @@ wine_suite wine-unit win64 unit_tests wine-unit.xml
 wine_suite wine-platform win64 wine_tests wine-platform.xml
 if ((wine32_ready)); then
   wine_suite wine32-unit win32 unit_tests wine32-unit.xml
-  wine_suite wine32-platform win32 wine_tests wine32-platform.xml
+  # Two faults of the emulated route, seen every run on this machine, shape this suite.
+  # - Once an emulated process has opened the audio mixers (winmm through PulseAudio), what it
+  #   asks of Wine next may fail: qemu "uncaught target signal 11" or a hang in
+  #   Win32Hardware.VolumeOfDriveCIsWhatTheSystemSays, "wine client error: partial write" or an X
+  #   connection lost ("XIO: fatal IO error 25") further on. The mixer tests pass in a process of
+  #   their own, so they get one (wine32-mixers).
+  # - ToolsPlatformOnWine.ModesEnumerateAndTheCurrentOneIsAmongThemAndAppliesSilently: the emulated
+  #   process enumerates no display mode, or ChangeDisplaySettingsA answers -2 (DISP_CHANGE_BADMODE)
+  #   for the current one, and the process dies right after (status 139 or 1). It is left out and
+  #   counted as skipped; the 64-bit wine-platform runs it.
+  suite_left_out=1 suite_left_out_why="the display-mode test, which the emulated process cannot run" \
+    GTEST_FILTER='-Win32Mixer*:ToolsPlatformOnWine.ModesEnumerateAndTheCurrentOneIsAmongThemAndAppliesSilently' \
+    wine_suite wine32-platform win32 wine_tests wine32-platform.xml
+  GTEST_FILTER='Win32Mixer*' wine_suite wine32-mixers win32 wine_tests wine32-mixers.xml
 else
   skipped32 wine32-unit
   skipped32 wine32-platform
+  skipped32 wine32-mixers
 fi
 
 rm -rf "$shots"
@@ -268,11 +287,17 @@ if ((wine32_ready)); then
   # The 32-bit program runs what differs between the builds, or between 32-bit and 64-bit
   # Windows: its memory figures on the home page, start-up and the main window, the Windows
   # optimiser's registry rows, and the virtual drives, whose subst.exe the 32-bit program starts
-  # and whose Run value lands under WOW6432Node. Not Test Lab's pages, nor Navigation (which
-  # passes through them), nor the CPU test: on the emulated route the 32-bit program hangs on
-  # opening Test Lab more often than not, and would fail make test at random. The rest is the
-  # same code on both and, emulated, would take make test past its time.
-  e2e_suite e2e32 win32 e2e32.xml 'HomePage.*:MainWindow.*:WindowsOptimiserOnWine.EveryRowLands*:VirtualDrivesOnWine.*:VirtualDrivesWithWitness.*'
+  # and whose Run value lands under WOW6432Node. The rest is the same code on both and, emulated,
+  # would take make test past its time.
+  # Left out for a fault of the emulated route, and counted as skipped: TestLabInfo.* (4),
+  # TestLabHardware.* (3, the CPU page and the whole CPU test among them) and Navigation.* (7,
+  # which passes through Test Lab). The program reads the mixers at start-up; once an emulated
+  # process has opened them, a volume query (Test Lab's pages read drive C's) may crash it (qemu
+  # "uncaught target signal 11") or hang it, as a ten-line i686 program doing just those two calls
+  # shows. The window then stops answering, and the test driver dies after it ("partial wakeup
+  # read 0", "read: Bad file descriptor").
+  suite_left_out=14 suite_left_out_why="Test Lab and Navigation, which the emulated program cannot run" \
+    e2e_suite e2e32 win32 e2e32.xml 'HomePage.*:MainWindow.*:WindowsOptimiserOnWine.EveryRowLands*:VirtualDrivesOnWine.*:VirtualDrivesWithWitness.*'
 else
   skipped32 e2e32
 fi
