@@ -430,6 +430,10 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
   } else {
     p->hwnd = CreateWindowExA(0, kControlClass, ToAnsi(c.Caption()).c_str(), style, Px(t.left), Px(t.top),
                               Px(t.width), Px(t.height), parent, nullptr, instance_, p);
+    // What the window shows as it is made is what a screen reader is first told: the first
+    // change after it, a box ticked or a caption rewritten, is then announced as a change.
+    p->painted = Appearance(c);
+    Announce(p->hwnd, c, p->spoken);
   }
   // Siblings stack in the order they are declared, the first in front. A window the system
   // already put behind its siblings is left where it is: the move costs a round of messages.
