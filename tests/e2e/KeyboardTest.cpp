@@ -342,5 +342,39 @@ TEST_F(Keyboard, ABoxTickedBySpaceAndAButtonsNewCaptionAreToldToAHookOutsideTheP
   DeleteTree(HKEY_CURRENT_USER, kExplorer);
 }
 
+// The sound page's lists are the system's list and drop-down windows: Tab walks into and out of
+// them, and a screen reader hears each as the system's own list (33) or drop-down (46), named
+// by the label before it, as the system names a list by the text in front of it.
+TEST_F(Keyboard, TheSoundPagesListsAreReachedByTabAndHeardAsTheSystemsListsAndDropDowns) {
+  app.Click("sys");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frame3"); }));
+  app.Click("TamrixCmd11");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frmson"); }));
+  ASSERT_TRUE(WaitUntil([&] { return FocusOf(app.Main()) == app.Find("cbMixerList"); }, 5000)) << Focused(app.Main());
+  for (const char* name : {"cbDstLineList", "lstDstLineInfo", "cbSrcLineList", "lstSrcLineInfo"})
+    ASSERT_TRUE(KeysTo("Tab", app.Main(), name)) << "Tab should reach " << name << ", the focus is on " << Focused(app.Main());
+  ASSERT_TRUE(app.Running());
+  struct List {
+    const char* name;
+    long role;
+    const char* heard;
+  };
+  const std::vector<List> lists = {{"cbMixerList", ROLE_SYSTEM_COMBOBOX, "Carte Son :"},
+                                   {"cbDstLineList", ROLE_SYSTEM_COMBOBOX, "Entrées:"},
+                                   {"lstDstLineInfo", ROLE_SYSTEM_LIST, ""},
+                                   {"cbSrcLineList", ROLE_SYSTEM_COMBOBOX, "Entrées:"},
+                                   {"lstSrcLineInfo", ROLE_SYSTEM_LIST, ""}};
+  for (const List& l : lists) {
+    Heard h = Hear(app.Find(l.name));
+    ASSERT_TRUE(h.read) << l.name;
+    EXPECT_EQ(h.role, l.role) << l.name;
+    EXPECT_EQ(h.name, l.heard) << l.name;
+    EXPECT_TRUE(h.state & STATE_SYSTEM_FOCUSABLE) << l.name;
+  }
+  EXPECT_TRUE(Hear(app.Find("lstSrcLineInfo")).state & STATE_SYSTEM_FOCUSED);
+  // A drop-down's value is its chosen line, as the window shows it.
+  EXPECT_EQ(Hear(app.Find("cbMixerList")).value, TextOf(app.Find("cbMixerList")));
+}
+
 }  // namespace
 }  // namespace tamrix::e2e
