@@ -82,16 +82,17 @@ Heard Hear(HWND window) {
 struct Told {
   DWORD event;
   HWND window;
+  LONG object;
   Heard heard;
 };
 std::vector<Told>* g_told = nullptr;
 
 void CALLBACK OnEvent(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG child, DWORD, DWORD) {
-  if (!g_told || object != OBJID_CLIENT) return;
-  Told t{event, window, {}};
+  if (!g_told) return;
+  Told t{event, window, object, {}};
   IAccessible* acc = nullptr;
   VARIANT self{};
-  if (SUCCEEDED(AccessibleObjectFromEvent(window, object, child, &acc, &self)) && acc) {
+  if (object == OBJID_CLIENT && SUCCEEDED(AccessibleObjectFromEvent(window, object, child, &acc, &self)) && acc) {
     BSTR name = nullptr;
     if (SUCCEEDED(acc->get_accName(self, &name))) t.heard.name = FromBstr(name);
     VARIANT role{}, state{};
@@ -374,6 +375,20 @@ TEST_F(Keyboard, TheSoundPagesListsAreReachedByTabAndHeardAsTheSystemsListsAndDr
   EXPECT_TRUE(Hear(app.Find("lstSrcLineInfo")).state & STATE_SYSTEM_FOCUSED);
   // A drop-down's value is its chosen line, as the window shows it.
   EXPECT_EQ(Hear(app.Find("cbMixerList")).value, TextOf(app.Find("cbMixerList")));
+}
+
+// The windows of a page are made when it is first shown: the system tells a screen reader of
+// each one as it is made, as of any window.
+TEST_F(Keyboard, TheWindowsAPageMakesWhenItFirstShowsAreAnnouncedAsMade) {
+  Listener listener(app.Pid());
+  ASSERT_TRUE(listener.Hooked());
+  ASSERT_FALSE(ChildOf(app.Main(), "box2")) << "the Protection page's boxes are made when it first shows";
+  ASSERT_TRUE(KeysTo("alt+p", app.Main(), "box2")) << Focused(app.Main());
+  for (const char* name : {"box2", "box1", "ReyCommand2"}) {
+    HWND made = app.Find(name);
+    EXPECT_TRUE(listener.WaitFor(EVENT_OBJECT_CREATE, made, [](const Told& t) { return t.object == OBJID_WINDOW; }))
+        << name << " made unheard; heard " << listener.told.size() << " events";
+  }
 }
 
 }  // namespace
