@@ -5,11 +5,13 @@
 #include <oleacc.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "e2e/Driver.h"
 #include "e2e/Registry.h"
+#include "e2e/RegistrySnapshot.h"
 
 namespace tamrix::e2e {
 namespace {
@@ -73,6 +75,81 @@ Heard Hear(HWND window) {
   h.read = true;
   return h;
 }
+
+
+// What a screen reader is told: the events the program sends, caught by a hook outside its
+// process, with what the object said when it was asked at once, as a reader asks.
+struct Told {
+  DWORD event;
+  HWND window;
+  LONG object;
+  Heard heard;
+};
+std::vector<Told>* g_told = nullptr;
+
+void CALLBACK OnEvent(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG child, DWORD, DWORD) {
+  if (!g_told) return;
+  Told t{event, window, object, {}};
+  IAccessible* acc = nullptr;
+  VARIANT self{};
+  if (object == OBJID_CLIENT && SUCCEEDED(AccessibleObjectFromEvent(window, object, child, &acc, &self)) && acc) {
+    BSTR name = nullptr;
+    if (SUCCEEDED(acc->get_accName(self, &name))) t.heard.name = FromBstr(name);
+    VARIANT role{}, state{};
+    if (SUCCEEDED(acc->get_accRole(self, &role)) && role.vt == VT_I4) t.heard.role = role.lVal;
+    if (SUCCEEDED(acc->get_accState(self, &state)) && state.vt == VT_I4) t.heard.state = state.lVal;
+    t.heard.read = true;
+    acc->Release();
+  }
+  g_told->push_back(t);
+}
+
+// For a failure's message: what was heard, and from which window.
+std::string Describe(const std::vector<Told>& told, HWND watched) {
+  std::string out;
+  for (const Told& t : told) {
+    char line[160];
+    snprintf(line, sizeof line, "[%#lx %s read=%d role=%ld state=%#lx '%s'] ", t.event,
+             t.window == watched ? "watched" : "other", t.heard.read, t.heard.role, t.heard.state, t.heard.name.c_str());
+    out += line;
+  }
+  return out;
+}
+
+// A hook out of the program's context: its events come to this thread as messages, so the
+// waits pump them.
+class Listener {
+ public:
+  explicit Listener(DWORD pid) {
+    g_told = &told;
+    hook_ = SetWinEventHook(EVENT_OBJECT_CREATE, EVENT_OBJECT_VALUECHANGE, nullptr, OnEvent, pid, 0,
+                            WINEVENT_OUTOFCONTEXT);
+  }
+  ~Listener() {
+    if (hook_) UnhookWinEvent(hook_);
+    g_told = nullptr;
+  }
+  bool Hooked() const { return hook_ != nullptr; }
+  // Pumps until an event of this kind has come for the window and `ok` holds for it.
+  const Told* WaitFor(DWORD event, HWND window, const std::function<bool(const Told&)>& ok, DWORD timeoutMs = 5000) {
+    DWORD start = GetTickCount();
+    for (;;) {
+      MSG m;
+      while (PeekMessageA(&m, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&m);
+        DispatchMessageA(&m);
+      }
+      for (const Told& t : told)
+        if (t.event == event && t.window == window && ok(t)) return &t;
+      if (GetTickCount() - start > timeoutMs) return nullptr;
+      MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+    }
+  }
+  std::vector<Told> told;
+
+ private:
+  HWINEVENTHOOK hook_ = nullptr;
+};
 
 class Keyboard : public ::testing::Test {
  protected:
@@ -220,6 +297,98 @@ TEST_F(Keyboard, APageHiddenUnderTheFocusHandsItToAControlThatCanBeSeen) {
   app.Click("command3");  // the mouse goes home: the Protection page hides with the focus on it
   EXPECT_TRUE(WaitUntil([&] { return FocusOf(app.Main()) == app.Find("command3"); }, 5000)) << Focused(app.Main());
   EXPECT_TRUE(IsWindowVisible(FocusOf(app.Main())));
+}
+
+TEST_F(Keyboard, ABoxTickedBySpaceAndAButtonsNewCaptionAreToldToAHookOutsideTheProgram) {
+  DeleteTree(HKEY_CURRENT_USER, kRestrictRun);
+  DeleteTree(HKEY_CURRENT_USER, kExplorer);
+  CreateKey(HKEY_CURRENT_USER, kRestrictRun);
+  ASSERT_TRUE(KeysTo("alt+p", app.Main(), "box2")) << Focused(app.Main());
+  Listener listener(app.Pid());
+  ASSERT_TRUE(listener.Hooked());
+  HWND box = app.Find("box2");
+  Keys("space");
+  const Told* ticked = listener.WaitFor(EVENT_OBJECT_STATECHANGE, box, [](const Told& t) {
+    return t.heard.read && (t.heard.state & STATE_SYSTEM_CHECKED);
+  });
+  ASSERT_TRUE(ticked) << "no state change heard for box2; heard: " << Describe(listener.told, box);
+  EXPECT_EQ(ticked->heard.role, ROLE_SYSTEM_CHECKBUTTON);
+  EXPECT_EQ(app.Value("box2"), 1);
+  Keys("space");
+  EXPECT_TRUE(listener.WaitFor(EVENT_OBJECT_STATECHANGE, box, [](const Told& t) {
+    return t.heard.read && !(t.heard.state & STATE_SYSTEM_CHECKED);
+  })) << "the box unticked is told too";
+
+  // The processor test's button changes its caption when the run starts.
+  app.Click("sys");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frame3"); }));
+  app.Click("TamrixCmd4");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("FrmCpu") && !app.Text("Cpu10").empty(); }));
+  HWND test = app.Find("Test");
+  app.Click("Test");
+  auto warning = app.WaitMessageBox();
+  ASSERT_TRUE(warning);
+  App::Answer(*warning, IDOK);
+  const Told* renamed = listener.WaitFor(EVENT_OBJECT_NAMECHANGE, test, [](const Told& t) {
+    return t.heard.read && t.heard.name == "Test en cours ...";
+  });
+  EXPECT_TRUE(renamed) << "no name change heard for the Test button";
+  if (renamed) {
+    EXPECT_EQ(renamed->heard.role, ROLE_SYSTEM_PUSHBUTTON);
+  }
+  // The run would hold the window for fifteen seconds: the test ends it from outside.
+  EndProcess(app.Pid());
+  app.WaitExit();
+  DeleteTree(HKEY_CURRENT_USER, kRestrictRun);
+  DeleteTree(HKEY_CURRENT_USER, kExplorer);
+}
+
+// The sound page's lists are the system's list and drop-down windows: Tab walks into and out of
+// them, and a screen reader hears each as the system's own list (33) or drop-down (46), named
+// by the label before it, as the system names a list by the text in front of it.
+TEST_F(Keyboard, TheSoundPagesListsAreReachedByTabAndHeardAsTheSystemsListsAndDropDowns) {
+  app.Click("sys");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frame3"); }));
+  app.Click("TamrixCmd11");
+  ASSERT_TRUE(WaitUntil([&] { return app.Shown("Frmson"); }));
+  ASSERT_TRUE(WaitUntil([&] { return FocusOf(app.Main()) == app.Find("cbMixerList"); }, 5000)) << Focused(app.Main());
+  for (const char* name : {"cbDstLineList", "lstDstLineInfo", "cbSrcLineList", "lstSrcLineInfo"})
+    ASSERT_TRUE(KeysTo("Tab", app.Main(), name)) << "Tab should reach " << name << ", the focus is on " << Focused(app.Main());
+  ASSERT_TRUE(app.Running());
+  struct List {
+    const char* name;
+    long role;
+    const char* heard;
+  };
+  const std::vector<List> lists = {{"cbMixerList", ROLE_SYSTEM_COMBOBOX, "Carte Son :"},
+                                   {"cbDstLineList", ROLE_SYSTEM_COMBOBOX, "Entrées:"},
+                                   {"lstDstLineInfo", ROLE_SYSTEM_LIST, ""},
+                                   {"cbSrcLineList", ROLE_SYSTEM_COMBOBOX, "Entrées:"},
+                                   {"lstSrcLineInfo", ROLE_SYSTEM_LIST, ""}};
+  for (const List& l : lists) {
+    Heard h = Hear(app.Find(l.name));
+    ASSERT_TRUE(h.read) << l.name;
+    EXPECT_EQ(h.role, l.role) << l.name;
+    EXPECT_EQ(h.name, l.heard) << l.name;
+    EXPECT_TRUE(h.state & STATE_SYSTEM_FOCUSABLE) << l.name;
+  }
+  EXPECT_TRUE(Hear(app.Find("lstSrcLineInfo")).state & STATE_SYSTEM_FOCUSED);
+  // A drop-down's value is its chosen line, as the window shows it.
+  EXPECT_EQ(Hear(app.Find("cbMixerList")).value, TextOf(app.Find("cbMixerList")));
+}
+
+// The windows of a page are made when it is first shown: the system tells a screen reader of
+// each one as it is made, as of any window.
+TEST_F(Keyboard, TheWindowsAPageMakesWhenItFirstShowsAreAnnouncedAsMade) {
+  Listener listener(app.Pid());
+  ASSERT_TRUE(listener.Hooked());
+  ASSERT_FALSE(ChildOf(app.Main(), "box2")) << "the Protection page's boxes are made when it first shows";
+  ASSERT_TRUE(KeysTo("alt+p", app.Main(), "box2")) << Focused(app.Main());
+  for (const char* name : {"box2", "box1", "ReyCommand2"}) {
+    HWND made = app.Find(name);
+    EXPECT_TRUE(listener.WaitFor(EVENT_OBJECT_CREATE, made, [](const Told& t) { return t.object == OBJID_WINDOW; }))
+        << name << " made unheard; heard " << listener.told.size() << " events";
+  }
 }
 
 }  // namespace

@@ -23,6 +23,10 @@ long RoleOf(const Control& c) {
     case Kind::TamrixOpButton:
     case Kind::OptionButton: return ROLE_SYSTEM_RADIOBUTTON;
     case Kind::TamrixPBar: return ROLE_SYSTEM_PROGRESSBAR;
+    case Kind::ListBox:
+    case Kind::DirListBox: return ROLE_SYSTEM_LIST;
+    case Kind::ComboBox:
+    case Kind::DriveListBox: return ROLE_SYSTEM_COMBOBOX;
     case Kind::Label: return ROLE_SYSTEM_STATICTEXT;
     case Kind::TamrixFrm:
     case Kind::Frame: return ROLE_SYSTEM_GROUPING;
@@ -49,14 +53,32 @@ long StateOf(HWND window, const Control& c) {
   return state;
 }
 
-// What is read out: the caption as it shows, without the "&" of the access key.
+bool IsList(const Control& c) {
+  return c.kind() == Kind::ListBox || c.kind() == Kind::DirListBox || c.kind() == Kind::ComboBox ||
+         c.kind() == Kind::DriveListBox;
+}
+
+// What is read out: the caption as it shows, without the "&" of the access key. A list has no
+// caption: the system names it by the label in front of it, here the label declared just before
+// it in its container.
 std::string NameOf(const Control& c) {
   if (c.kind() == Kind::TamrixPBar) return {};
+  if (IsList(c)) {
+    const Control* before = nullptr;
+    if (const Control* parent = c.Parent())
+      for (const Control* sibling : parent->Children()) {
+        if (sibling == &c) break;
+        before = sibling;
+      }
+    return before && before->kind() == Kind::Label ? keyboard::ShownCaption(before->Caption()) : std::string();
+  }
   return keyboard::ShownCaption(c.Caption());
 }
 
-// A bar says its value as a percentage, as the platform's progress bar does.
+// A bar says its value as a percentage, as the platform's progress bar does; a drop-down says
+// its chosen line.
 std::string ValueOf(const Control& c) {
+  if (c.kind() == Kind::ComboBox || c.kind() == Kind::DriveListBox) return static_cast<const ListBase&>(c).Text();
   if (c.kind() != Kind::TamrixPBar) return {};
   return std::to_string(static_cast<long>(std::lround(static_cast<const TamrixPBar&>(c).Shown()))) + "%";
 }

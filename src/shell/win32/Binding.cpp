@@ -353,6 +353,22 @@ LRESULT CALLBACK KeyPressProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam,
   return DefSubclassProc(hwnd, msg, wParam, lParam);
 }
 
+bool IsListKind(Kind kind) {
+  return kind == Kind::ListBox || kind == Kind::DirListBox || kind == Kind::ComboBox || kind == Kind::DriveListBox;
+}
+
+// The system's list and drop-down windows answer screen readers with their own role and the
+// name of the label in front of them; the rest of their answers stay the system's.
+LRESULT CALLBACK ListProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR data) {
+  if (msg == WM_GETOBJECT) {
+    auto* p = reinterpret_cast<WindowPeer*>(data);
+    if (LRESULT answer = AnswerGetObject(p->binding, hwnd, wParam, lParam)) return answer;
+  } else if (msg == WM_NCDESTROY) {
+    RemoveWindowSubclass(hwnd, ListProc, id);
+  }
+  return DefSubclassProc(hwnd, msg, wParam, lParam);
+}
+
 }  // namespace
 
 Binding::Binding(Platform& platform, HINSTANCE instance)
@@ -428,11 +444,16 @@ void Binding::Create(Control& c, HWND parent, Form& form) {
     SetWindowLongPtrA(p->hwnd, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(p));
     if (c.kind() == Kind::TextBox && static_cast<TextBox&>(c).OnKeyPress)
       SetWindowSubclass(p->hwnd, KeyPressProc, 1, reinterpret_cast<DWORD_PTR>(p));
+    if (IsListKind(c.kind())) SetWindowSubclass(p->hwnd, ListProc, 2, reinterpret_cast<DWORD_PTR>(p));
     SendMessageA(p->hwnd, WM_SETFONT, reinterpret_cast<WPARAM>(resources_.Font(c.design().font)), FALSE);
     p->Refresh(c);
   } else {
     p->hwnd = CreateWindowExA(0, kControlClass, ToAnsi(c.Caption()).c_str(), style, Px(t.left), Px(t.top),
                               Px(t.width), Px(t.height), parent, nullptr, instance_, p);
+    // What the window shows as it is made is what a screen reader is first told: the first
+    // change after it, a box ticked or a caption rewritten, is then announced as a change.
+    p->painted = Appearance(c);
+    Announce(p->hwnd, c, p->spoken);
   }
   // Siblings stack in the order they are declared, the first in front. A window the system
   // already put behind its siblings is left where it is: the move costs a round of messages.
