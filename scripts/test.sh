@@ -195,7 +195,7 @@ if ((wine_ready)); then
   echo
   echo "==== making the Wine prefix build/test-prefix"
   start=$(tamrix_now_ms)
-  if make_prefix "$prefix" && prepare_prefix32 "$prefix"; then
+  if make_prefix "$prefix"; then
     summary+=("$(printf '%-16s made in %s' "wine prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))")")
   else
     note "wine prefix" 0 1 0 $(($(tamrix_now_ms) - start)) "wineboot failed"
@@ -256,6 +256,28 @@ else
 fi
 skipped32() { note "$1" 0 0 1 0 "SKIPPED: $wine32_reason"; }
 
+# The prefix's 32-bit half. On the emulated route the 32-bit rundll32 that installs it is now and
+# then killed by the emulator partway (2 preparations in 9 here); that is the test machine's
+# preparation, not a test, so it is tried again, up to three times. When it still fails, the
+# 32-bit suites fail with it, and the 64-bit ones go on.
+wine32_prefix_failed=0
+if ((wine_ready && wine32_ready)); then
+  start=$(tamrix_now_ms)
+  for try in 1 2 3; do
+    prepare_prefix32 "$prefix" && break
+    stop_prefix "$prefix"
+    ((try == 3)) && wine32_prefix_failed=1
+  done
+  if ((wine32_prefix_failed)); then
+    note "wine32 prefix" 0 1 0 $(($(tamrix_now_ms) - start)) "the 32-bit half of the prefix could not be installed in 3 tries"
+    wine32_ready=0
+    wine32_reason="not run: the prefix's 32-bit half could not be installed"
+    skipped32() { note "$1" 0 1 0 0 "$wine32_reason"; }
+  else
+    summary+=("$(printf '%-16s made in %s (try %d)' "wine32 prefix" "$(tamrix_fmt_ms $(($(tamrix_now_ms) - start)))" "$try")")
+  fi
+fi
+
 wine_suite wine-unit win64 unit_tests wine-unit.xml
 wine_suite wine-platform win64 wine_tests wine-platform.xml
 if ((wine32_ready)); then
@@ -296,8 +318,13 @@ if ((wine32_ready)); then
   # "uncaught target signal 11") or hang it, as a ten-line i686 program doing just those two calls
   # shows. The window then stops answering, and the test driver dies after it ("partial wakeup
   # read 0", "read: Bad file descriptor").
-  suite_left_out=14 suite_left_out_why="Test Lab and Navigation, which the emulated program cannot run" \
-    e2e_suite e2e32 win32 e2e32.xml 'HomePage.*:MainWindow.*:WindowsOptimiserOnWine.EveryRowLands*:VirtualDrivesOnWine.*:VirtualDrivesWithWitness.*'
+  # Left out too, counted as skipped: four virtual drive scenarios, since a subst.exe that the
+  # emulated program starts was seen to die of a page fault ("Unhandled page fault on read access
+  # to 0040D298") and the driver with it, once in two runs; the scenario of the Run value's
+  # registry view stays. And the two start-up scenarios that start the program under the
+  # debugging interface to watch its modules, not yet tried on the emulated route.
+  suite_left_out=20 suite_left_out_why="Test Lab, Navigation, four virtual drive and two start-up scenarios, which the emulated program cannot run or has not run" \
+    e2e_suite e2e32 win32 e2e32.xml 'HomePage.*:MainWindow.*:WindowsOptimiserOnWine.EveryRowLands*:VirtualDrivesOnWine.ListsOfferTheFreeLettersFromZDownAndAllTwentySix:VirtualDrivesOnWine.PermanentDriveRunValueLandsInTheRegistryViewOfTheProgramsWidth:-MainWindow.AFirstStartLoadsTheSoundDevicesAsItStarts:MainWindow.ASecondStartEndsWithoutLoadingTheSoundDevices'
 else
   skipped32 e2e32
 fi
