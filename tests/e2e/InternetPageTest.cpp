@@ -52,6 +52,7 @@ class InternetOptimiserOnWine : public ::testing::Test {
       EXPECT_TRUE(WaitUntil([&] { return app.Value(speed) == 1; }));
     }
     app.Click("Command1");
+    clickedAt = GetTickCount();
     EXPECT_TRUE(WaitUntil([&] { return !IsWindowEnabled(app.Main()); }));
     auto changes = Changes(user, ExportBranch("HKCU"));
     for (auto& kv : Changes(system, ExportBranch("HKLM\\System"))) changes.insert(kv);
@@ -78,6 +79,7 @@ class InternetOptimiserOnWine : public ::testing::Test {
   }
   RegistrySnapshot snapshot{Places()};
   App app;
+  DWORD clickedAt = 0;  // when the optimiser's button was clicked, before the registry is exported
 };
 
 TEST_F(InternetOptimiserOnWine, LocalNetworkWritesItsTwoRowsAndTheTtlAsZeroWithThePanelOff) {
@@ -98,10 +100,11 @@ TEST_F(InternetOptimiserOnWine, ModemRunsTheShowToItsMessageAndASecondRunKeepsTh
   ASSERT_TRUE(WaitUntil([&] { return app.Text("Label2") == "Configuration de Windows .."; }, 5000));
   EXPECT_TRUE(app.Shown("Bar1"));
   Screenshot("internet-optimiser-show");
-  DWORD start = GetTickCount();
+  // Timed from the click itself: the registry exports between the click and the caption's
+  // reading take a varying share of the show.
   auto box = app.WaitMessageBox(40000);
   ASSERT_TRUE(box);
-  EXPECT_GT(GetTickCount() - start, 20000u) << "about 28 seconds after the click";
+  EXPECT_GT(GetTickCount() - clickedAt, 25000u) << "about 28 seconds after the click";
   EXPECT_EQ(box->title, kDoneTitle);
   EXPECT_EQ(box->text, kDoneText);
   EXPECT_FALSE(app.Shown("Bar1"));
