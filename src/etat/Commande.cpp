@@ -1,11 +1,13 @@
 #include "etat/Commande.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
 #include "etat/Catalogues.h"
 #include "etat/Etat.h"
 #include "etat/Rapport.h"
+#include "etat/RapportSysteme.h"
 #include "etat/Sauvegarde.h"
 
 namespace tamrix::etat {
@@ -18,6 +20,9 @@ const char* const kUsage =
     "      les valeurs actuelles dans FICHIER.reg (à remettre par reg import)\r\n"
     "      et une copie de system.ini dans FICHIER.system.ini ;\r\n"
     "      un fichier qui existe n'est remplacé qu'avec --remplacer\r\n"
+    "  tamrix-etat.exe rapport [FICHIER] [--json | --html] [--test-cpu] [--remplacer]\r\n"
+    "      ce que montrent les pages d'information, en un seul rapport\r\n"
+    "      (à l'écran, ou dans FICHIER ; --test-cpu ajoute le test du processeur, 15 secondes)\r\n"
     "  --vue 32 ou 64 : la vue du registre qu'écrit le programme 32 ou 64 bits\r\n"
     "      (par défaut, celle du programme de la même version que celle-ci)\r\n"
     "  -h, --aide : cette aide\r\n";
@@ -82,7 +87,7 @@ int Bad(const Io& io, const std::string& sentence) {
 
 // --- the command line ---------------------------------------------------------------------
 
-enum class Command { Etat, Sauvegarde };
+enum class Command { Etat, Sauvegarde, Rapport };
 
 struct CommandWord {
   const char* word;
@@ -92,29 +97,39 @@ struct CommandWord {
 constexpr CommandWord kCommands[] = {
     {"etat", Command::Etat, 0},
     {"sauvegarde", Command::Sauvegarde, 1},
+    {"rapport", Command::Rapport, 1},
 };
 
 struct Options {
-  bool json = false, replace = false, help = false;
+  bool json = false, html = false, testCpu = false, replace = false, help = false;
   std::optional<std::uint32_t> view;
 };
 
+// The commands an option goes with: none listed is every one.
 struct OptionWord {
   const char* word;
   bool takesValue;
-  std::optional<Command> only;  // the one command it goes with, if not both
+  std::vector<Command> only;
   void (*set)(Options&, const std::string& value);
 };
-constexpr OptionWord kOptions[] = {
-    {"--json", false, Command::Etat, [](Options& o, const std::string&) { o.json = true; }},
-    {"--remplacer", false, Command::Sauvegarde, [](Options& o, const std::string&) { o.replace = true; }},
-    {"--vue", true, std::nullopt,
+const OptionWord kOptions[] = {
+    {"--json", false, {Command::Etat, Command::Rapport}, [](Options& o, const std::string&) { o.json = true; }},
+    {"--html", false, {Command::Rapport}, [](Options& o, const std::string&) { o.html = true; }},
+    {"--test-cpu", false, {Command::Rapport}, [](Options& o, const std::string&) { o.testCpu = true; }},
+    {"--remplacer", false, {Command::Sauvegarde, Command::Rapport}, [](Options& o, const std::string&) { o.replace = true; }},
+    {"--vue", true, {Command::Etat, Command::Sauvegarde},
      [](Options& o, const std::string& v) { o.view = v == "32" ? keyaccess::View32 : keyaccess::View64; }},
-    {"--aide", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
-    {"-h", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
-    {"/?", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
-    {"aide", false, std::nullopt, [](Options& o, const std::string&) { o.help = true; }},
+    {"--aide", false, {}, [](Options& o, const std::string&) { o.help = true; }},
+    {"-h", false, {}, [](Options& o, const std::string&) { o.help = true; }},
+    {"/?", false, {}, [](Options& o, const std::string&) { o.help = true; }},
+    {"aide", false, {}, [](Options& o, const std::string&) { o.help = true; }},
 };
+
+const char* CommandName(Command c) {
+  for (const CommandWord& w : kCommands)
+    if (w.command == c) return w.word;
+  return "";
+}
 
 struct Line {
   Command command = Command::Etat;
@@ -158,19 +173,27 @@ std::optional<std::string> Parse(const std::vector<std::string>& args, Line& lin
     line.operands.push_back(args[i]);
   }
   if (line.options.help) return std::nullopt;
-  for (const OptionWord* g : given)
-    if (g->only && *g->only != line.command)
-      return "l'option " + std::string(g->word) + " ne va qu'avec la commande " +
-             (*g->only == Command::Etat ? "etat." : "sauvegarde.");
+  for (const OptionWord* g : given) {
+    if (g->only.empty() || std::find(g->only.begin(), g->only.end(), line.command) != g->only.end()) continue;
+    std::string commands;
+    for (std::size_t i = 0; i < g->only.size(); ++i)
+      commands += std::string(i == 0 ? "" : i + 1 == g->only.size() ? " et " : ", ") + CommandName(g->only[i]);
+    return "l'option " + std::string(g->word) + " ne va qu'avec " + (g->only.size() > 1 ? "les commandes " : "la commande ") +
+           commands + ".";
+  }
+  if (line.options.json && line.options.html) return "choisissez --json ou --html, pas les deux.";
   std::size_t wanted = 0;
   for (const CommandWord& c : kCommands)
     if (c.command == line.command) wanted = c.operands;
   if (line.command == Command::Sauvegarde && (line.operands.empty() || line.operands[0].empty()))
     return "il manque le nom du fichier de sauvegarde.";
+  if (line.command == Command::Rapport && !line.operands.empty() && line.operands[0].empty())
+    return "le nom du fichier du rapport est vide.";
   if (line.operands.size() > wanted)
-    return line.command == Command::Sauvegarde
+    return line.command == Command::Etat ? "commande inconnue : \"" + io.fromAnsi(line.operands[wanted]) + "\"."
+           : line.command == Command::Sauvegarde
                ? "un seul fichier de sauvegarde, pas \"" + io.fromAnsi(line.operands[wanted]) + "\"."
-               : "commande inconnue : \"" + io.fromAnsi(line.operands[wanted]) + "\".";
+               : "un seul fichier de rapport, pas \"" + io.fromAnsi(line.operands[wanted]) + "\".";
   return std::nullopt;
 }
 
@@ -217,6 +240,21 @@ std::optional<std::string> Forbidden(const std::string& full, const std::string&
   while (!dir.empty() && dir.back() == '\\') dir.pop_back();
   if (!dir.empty() && lower.rfind(dir + "\\", 0) == 0)
     return "\"" + shown + "\" est dans le dossier de Windows : une sauvegarde n'y écrit jamais.";
+  return std::nullopt;
+}
+
+// Why these new files may not be written, or nothing: a file of the program's own or in the
+// Windows directory never, one that stands there only when told to replace it, and never a
+// read-only one.
+std::optional<std::string> Refusal(const std::vector<std::string>& names, bool replace, const std::string& windowsDir,
+                                   const Io& io) {
+  for (const std::string& name : names)
+    if (auto why = Forbidden(name, windowsDir, io)) return *why + " Rien n'a été écrit.";
+  for (const std::string& name : names) {
+    if (!io.exists(name)) continue;
+    if (!replace) return "\"" + io.fromAnsi(name) + "\" existe déjà : ajoutez --remplacer pour le remplacer. Rien n'a été écrit.";
+    if (io.readOnly(name)) return "\"" + io.fromAnsi(name) + "\" est en lecture seule : il reste tel quel. Rien n'a été écrit.";
+  }
   return std::nullopt;
 }
 
@@ -285,15 +323,7 @@ int Backup(const std::string& givenPath, const Options& options, Platform& p, co
 
   std::vector<std::string> names = {regPath};
   if (ini) names.push_back(iniCopy);
-  for (const std::string& name : names)
-    if (auto why = Forbidden(name, io.toAnsi(windowsDir), io)) return Bad(io, *why + " Rien n'a été écrit.");
-  for (const std::string& name : names) {
-    if (!io.exists(name)) continue;
-    if (!options.replace)
-      return Bad(io, "\"" + io.fromAnsi(name) + "\" existe déjà : ajoutez --remplacer pour le remplacer. Rien n'a été écrit.");
-    if (io.readOnly(name))
-      return Bad(io, "\"" + io.fromAnsi(name) + "\" est en lecture seule : il reste tel quel. Rien n'a été écrit.");
-  }
+  if (auto why = Refusal(names, options.replace, io.toAnsi(windowsDir), io)) return Bad(io, *why);
 
   // The view the program of the chosen build writes; the 32-bit one is named under WOW6432Node.
   bool twoViews = TwoViews(p);
@@ -334,6 +364,34 @@ int Backup(const std::string& givenPath, const Options& options, Platform& p, co
   return kOk;
 }
 
+// --- the system report -------------------------------------------------------------------------
+
+int Report(const Line& line, Platform& p, const Io& io) {
+  const Options& o = line.options;
+  std::optional<std::string> path;
+  if (!line.operands.empty()) {
+    path = io.fullPath(line.operands[0]);
+    std::string iniPath = SystemIni(p);
+    if (auto why = Refusal({*path}, o.replace, io.toAnsi(iniPath.substr(0, iniPath.find_last_of('\\'))), io))
+      return Bad(io, *why);
+  }
+  SystemReport report = TakeSystemReport(p, o.testCpu);
+  std::string text = o.json ? SystemReportJson(report) : o.html ? SystemReportHtml(report) : SystemReportText(report);
+  if (!path) {
+    io.out(text);
+    return kOk;
+  }
+  // A text file in UTF-8 says so by its byte-order mark, which Notepad reads; the JSON is ASCII
+  // and the HTML names its encoding itself.
+  if (!o.json && !o.html) text = "\xEF\xBB\xBF" + text;
+  std::vector<Target> targets = {{*path, text, {}, {}, io.exists(*path)}};
+  std::string shown = io.fromAnsi(*path);
+  if (!PutInPlace(targets, io))
+    return Bad(io, "impossible d'écrire \"" + shown + "\" : vérifiez le dossier et vos droits. Aucun fichier d'avant n'a changé.");
+  io.out("Rapport écrit dans \"" + shown + "\".\r\n");
+  return kOk;
+}
+
 }  // namespace
 
 int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::uint32_t ownView) {
@@ -345,6 +403,7 @@ int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::ui
   }
   if (!line.options.view) line.options.view = ownView;
   if (line.command == Command::Sauvegarde) return Backup(line.operands[0], line.options, p, io);
+  if (line.command == Command::Rapport) return Report(line, p, io);
   auto catalogues = Catalogues(p.BooleanText(true));
   auto states = InspectAll(p, catalogues, TwoViews(p) ? *line.options.view : 0);
   bool admin = p.IsUserAnAdmin();

@@ -185,11 +185,15 @@ void AppendJsonString(std::string& out, const std::string& s) {
   out += '"';
 }
 
+}  // namespace
+
 std::string JsonString(const std::string& s) {
   std::string out;
   AppendJsonString(out, s);
   return out;
 }
+
+namespace {
 
 std::string JsonValue(std::uint32_t type, const std::string& data) {
   if (type == regtype::Dword && data.size() == 4) {

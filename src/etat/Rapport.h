@@ -22,4 +22,7 @@ std::string TextReport(const std::vector<CatalogueState>& states, bool admin);
 // every code page.
 std::string JsonReport(const std::vector<CatalogueState>& states, bool admin);
 
+// A JSON string of a UTF-8 text, in plain ASCII (\uXXXX for the rest).
+std::string JsonString(const std::string& s);
+
 }  // namespace tamrix::etat

@@ -154,6 +154,11 @@ void CpuPage::FillProcessorLabels() {
 
 void CpuPage::RunTest() {
   if (p_.MessageBoxA(kWarning, mb::OkCancel | mb::Information, rt::kAppTitle) == mb::IdCancel) return;
+  Measure();
+  p_.Beep();
+}
+
+void CpuPage::Measure() {
   Form* form = FrmCpu.ParentForm();
   Test.SetCaption("Test en cours ...");
   rst.SetCaption("Veuillez Patientez . . .");
@@ -172,7 +177,6 @@ void CpuPage::RunTest() {
   Test.SetEnabled(true);
   Test.SetCaption("Démarrer le test");  // a small t after a run
   iLabel1.SetCaption(rt::IntToText(ScoreOf(passes)));  // ScoreCpu; the change classifies it
-  p_.Beep();
 }
 
 // Each bound belongs to the level below; each step reached overwrites the words and adds a picture.

@@ -57,8 +57,11 @@ class CpuPage {
   void PrepareOpening();
   // Fills the processor labels from WMI; run from "Test du CPU" once its frame shows.
   void FillProcessorLabels();
-  // "Démarrer le Test": the 15-second benchmark.
+  // "Démarrer le Test": the warning, and once it is confirmed the benchmark and the beep.
   void RunTest();
+  // The 15-second benchmark itself, from the page's waiting words to the score in iLabel1, which
+  // the change classifies: what a confirmed run does before its beep.
+  void Measure();
   // The words and pictures of the score in iLabel1; run when its caption changes.
   void Classify();
 

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "e2e/Companion.h"
 #include "e2e/Driver.h"
 #include "e2e/Registry.h"
 #include "e2e/RegistrySnapshot.h"
@@ -36,65 +37,6 @@ std::string WindowsDirectory() {
   UINT n = GetWindowsDirectoryA(dir, MAX_PATH);
   return std::string(dir, n);
 }
-std::string TempPath(const std::string& name) {
-  char temp[MAX_PATH];
-  GetTempPathA(MAX_PATH, temp);
-  return std::string(temp) + name;
-}
-std::string ExeDirectory() {
-  std::string exe = App::ExePath();
-  return exe.substr(0, exe.find_last_of('\\'));
-}
-std::string EtatPath() { return ExeDirectory() + "\\tamrix-etat.exe"; }
-
-struct Output {
-  DWORD code = 0;
-  std::string out, err;  // as the program wrote them
-};
-
-// Runs the companion with its standard output and error sent to files, as "> f 2> g" would.
-Output RunEtat(const std::string& arguments) {
-  // Fresh names at each run, so no run can ever read what an earlier one left.
-  static int runs = 0;
-  ++runs;
-  std::string outPath = TempPath("tamrix-etat-out-" + std::to_string(runs) + ".txt");
-  std::string errPath = TempPath("tamrix-etat-err-" + std::to_string(runs) + ".txt");
-  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
-  HANDLE out = CreateFileA(outPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &sa, CREATE_ALWAYS, 0, nullptr);
-  HANDLE err = CreateFileA(errPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &sa, CREATE_ALWAYS, 0, nullptr);
-  STARTUPINFOA si{};
-  si.cb = sizeof si;
-  si.dwFlags = STARTF_USESTDHANDLES;
-  si.hStdOutput = out;
-  si.hStdError = err;
-  PROCESS_INFORMATION pi{};
-  std::string line = "\"" + EtatPath() + "\"" + (arguments.empty() ? "" : " " + arguments);
-  Output o;
-  o.code = static_cast<DWORD>(-1);
-  if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi)) {
-    WaitForSingleObject(pi.hProcess, 60000);
-    GetExitCodeProcess(pi.hProcess, &o.code);
-    CloseHandle(pi.hThread);
-    CloseHandle(pi.hProcess);
-  }
-  CloseHandle(out);
-  CloseHandle(err);
-  o.out = ReadWholeFile(outPath).value_or("");
-  o.err = ReadWholeFile(errPath).value_or("");
-  DeleteFileA(outPath.c_str());
-  DeleteFileA(errPath.c_str());
-  return o;
-}
-
-// Redirected output is in the OEM code page, as the system's own console tools write it.
-std::string FromOem(const std::string& bytes) {
-  if (bytes.empty()) return {};
-  int n = MultiByteToWideChar(GetOEMCP(), 0, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0);
-  std::wstring w(n, L'\0');
-  MultiByteToWideChar(GetOEMCP(), 0, bytes.data(), static_cast<int>(bytes.size()), w.data(), n);
-  return Utf8(w);
-}
-
 std::string JsonText(const std::string& s) {
   std::string out;
   for (char c : s) {
