@@ -317,18 +317,29 @@ void VScrollBar::SetValue(int v) {
   if (OnChange) OnChange();
 }
 
+namespace {
+
+// The form's question before it goes: while the handler runs the form knows why it is asked, and
+// a fault in the handler leaves it able to be asked again. True when the handler cancelled.
+bool RaiseQuery(const std::function<void(bool& cancel)>& query, bool& querying, int& modeNow, int mode) {
+  querying = true;
+  modeNow = mode;
+  bool cancel = false;
+  try {
+    query(cancel);
+  } catch (...) {
+    querying = false;
+    throw;
+  }
+  querying = false;
+  return cancel;
+}
+
+}  // namespace
+
 void Form::Unload(int mode) {
   if (OnQueryUnload && !querying_ && loaded_) {
-    querying_ = true;
-    unloadMode_ = mode;
-    bool cancel = false;
-    try {
-      OnQueryUnload(cancel);
-    } catch (...) {
-      querying_ = false;
-      throw;
-    }
-    querying_ = false;
+    bool cancel = RaiseQuery(OnQueryUnload, querying_, unloadMode_, mode);
     if (cancel || !loaded_) return;  // kept, or already unloaded by the handler itself
   }
   loaded_ = false;
@@ -339,17 +350,7 @@ bool Form::QueryEndSession() {
   if (!OnQueryUnload || !loaded_) return true;
   // The form's own question already stands: the session waits for the user's answer to it.
   if (querying_) return false;
-  querying_ = true;
-  unloadMode_ = kUnloadByEndOfSession;
-  bool cancel = false;
-  try {
-    OnQueryUnload(cancel);
-  } catch (...) {
-    querying_ = false;
-    throw;
-  }
-  querying_ = false;
-  return !cancel;
+  return !RaiseQuery(OnQueryUnload, querying_, unloadMode_, kUnloadByEndOfSession);
 }
 
 void Form::Activate() {
