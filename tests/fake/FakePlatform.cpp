@@ -170,19 +170,23 @@ long FakePlatform::RegCloseKey(HKey key) {
   return handles_.erase(key) ? status::Success : status::InvalidHandle;
 }
 
-long FakePlatform::RegQueryValueExA(HKey key, const std::string& valueName, std::uint32_t* type,
-                                    std::string* data, std::uint32_t* size) {
-  calls.push_back("RegQueryValueExA(" + std::string(key ? "key" : "0") + "," + valueName + "," +
-                  (data ? "buffer " + std::to_string(*size) : std::string("no buffer")) + ")");
+long FakePlatform::FindForQuery(HKey key, const std::string& valueName, Value** found) {
   std::string path;
   std::uint32_t access;
   if (!Resolve(key, &path, &access)) return status::InvalidHandle;
   auto it = keys_.find(path);
   if (it == keys_.end()) return status::FileNotFound;
-  Value* v = FindValue(it->second, valueName);
-  if (!v) return status::FileNotFound;
-  std::uint32_t needed = SizeOf(*v);
-  if (type) *type = v->type;
+  *found = FindValue(it->second, valueName);
+  return *found ? status::Success : status::FileNotFound;
+}
+
+namespace {
+
+// What a query gives once the value is found: its type, then its size alone, or its bytes when
+// the room offered holds them, and the size needed when it doesn't.
+long Deliver(std::uint32_t valueType, std::uint32_t needed, const std::string& bytes, std::uint32_t* type,
+             std::string* data, std::uint32_t* size) {
+  if (type) *type = valueType;
   if (!data) {
     if (size) *size = needed;
     return status::Success;
@@ -191,9 +195,20 @@ long FakePlatform::RegQueryValueExA(HKey key, const std::string& valueName, std:
     *size = needed;
     return status::MoreData;
   }
-  *data = v->data;
+  *data = bytes;
   *size = needed;
   return status::Success;
+}
+
+}  // namespace
+
+long FakePlatform::RegQueryValueExA(HKey key, const std::string& valueName, std::uint32_t* type,
+                                    std::string* data, std::uint32_t* size) {
+  calls.push_back("RegQueryValueExA(" + std::string(key ? "key" : "0") + "," + valueName + "," +
+                  (data ? "buffer " + std::to_string(*size) : std::string("no buffer")) + ")");
+  Value* v = nullptr;
+  if (long found = FindForQuery(key, valueName, &v); found != status::Success) return found;
+  return Deliver(v->type, SizeOf(*v), v->data, type, data, size);
 }
 
 long FakePlatform::RegSetValueExA(HKey key, const std::string& valueName, std::uint32_t type,
@@ -245,27 +260,10 @@ std::string FakePlatform::WideBytes(const Value& v) {
 long FakePlatform::RegQueryValueExW(HKey key, const std::string& valueName, std::uint32_t* type, std::string* data,
                                     std::uint32_t* size) {
   calls.push_back("RegQueryValueExW(" + std::string(key ? "key" : "0") + "," + valueName + ")");
-  std::string path;
-  std::uint32_t access;
-  if (!Resolve(key, &path, &access)) return status::InvalidHandle;
-  auto it = keys_.find(path);
-  if (it == keys_.end()) return status::FileNotFound;
-  Value* v = FindValue(it->second, valueName);
-  if (!v) return status::FileNotFound;
+  Value* v = nullptr;
+  if (long found = FindForQuery(key, valueName, &v); found != status::Success) return found;
   std::string bytes = WideBytes(*v);
-  auto needed = static_cast<std::uint32_t>(bytes.size());
-  if (type) *type = v->type;
-  if (!data) {
-    if (size) *size = needed;
-    return status::Success;
-  }
-  if (*size < needed) {
-    *size = needed;
-    return status::MoreData;
-  }
-  *data = bytes;
-  *size = needed;
-  return status::Success;
+  return Deliver(v->type, static_cast<std::uint32_t>(bytes.size()), bytes, type, data, size);
 }
 
 long FakePlatform::RegEnumValueW(HKey key, std::uint32_t index, std::string* name, std::uint32_t* type,

@@ -271,6 +271,8 @@ class FakePlatform : public Platform {
   static std::string Full(HKey hive, const std::string& path);
   bool Resolve(HKey key, std::string* path, std::uint32_t* access) const;
   Value* FindValue(Key& key, const std::string& name);
+  // The value a query of an open key names, or the status that says why there is none.
+  long FindForQuery(HKey key, const std::string& valueName, Value** found);
   std::string InView(HKey parent, const std::string& subKey, std::uint32_t samDesired) const;
 
   std::map<std::string, Key> keys_;
