@@ -3,7 +3,7 @@
 # same run: from the process's start to its first visible top-level window, and to the moment it
 # first waits for input with that window painted. Fifteen alternating runs, since Wine's start-up
 # wavers by some 10 ms from one run to the next; medians and ratios (the goal is a ratio of 1.2 or
-# less). Then where tamrix's time goes: the load's steps timed in a process that makes the same
+# less). Then the companion's system report, from its start to its end, beside it. Then where tamrix's time goes: the load's steps timed in a process that makes the same
 # main window, five times, each step's median.
 #
 # usage: scripts/bench-startup.sh [--runs N] EXE...   (default: build/win64/tamrix.exe)
@@ -25,7 +25,7 @@ done
 ((${#exes[@]})) || exes=(build/win64/tamrix.exe)
 tree_of() { basename "$(dirname "$1")"; }
 for exe in "${exes[@]}"; do
-  ninja -C "$(dirname "$exe")" tamrix bench_startup >/dev/null
+  ninja -C "$(dirname "$exe")" tamrix tamrix-etat bench_startup >/dev/null
 done
 
 # shellcheck source=scripts/wine-env.sh
@@ -53,6 +53,16 @@ programs+=("notepad.exe=notepad.exe")
 tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs 1 "${programs[@]}" >/dev/null
 echo "start-up under Wine ($(wine --version)), $runs alternating runs"
 tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs "$runs" "${programs[@]}" | tr -d '\r'
+
+# The companion's system report, made by the same pages without their windows, beside the
+# program's start-up above: from its start to its end, the report thrown away.
+reports=()
+for exe in "${exes[@]}"; do
+  reports+=("$(tree_of "$exe")/rapport=\"$(winepath -w "$root/$(dirname "$exe")/tamrix-etat.exe")\" rapport")
+done
+tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --to-exit 1 "${reports[@]}" >/dev/null
+echo "the system report without the CPU test (tamrix-etat.exe rapport), $runs runs"
+tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --to-exit "$runs" "${reports[@]}" | tr -d '\r'
 
 for exe in "${exes[@]}"; do
   echo "where the start-up of $(tree_of "$exe")/tamrix goes (one line a step, median of 5 runs)"

@@ -19,6 +19,7 @@ packages=(
   libxrandr2 libxrender1 libxcursor1 libxi6 libxfixes3 libxinerama1 libxcomposite1
   # a display, its tools and screenshots
   xvfb xauth x11-utils imagemagick
+  chromium  # a real browser, headless, opens the system report's HTML page
   xdotool  # keystrokes typed as a person types them, through the X test extension
   # audio mixers for Wine
   pulseaudio

@@ -332,14 +332,16 @@ fi
 # The shutdown countdown's end reaches Wine's real ExitWindowsEx: in prefixes of its own, watched
 # from outside.
 if ((wine_ready)); then
+  lines_suite e2e-shutdown "$results/e2e-shutdown.log" bash tests/e2e/shutdown-countdown.sh
+  # The system report's forms for scripts and browsers, and the CPU test's score, of each build.
+  lines_suite report-forms "$results/report-forms.log" bash tests/e2e/report-forms.sh win64 "$results" "$shots"
+  stop_prefix "$prefix"
+fi
+if ((wine32_ready)); then
   start=$(tamrix_now_ms)
-  bash tests/e2e/shutdown-countdown.sh >"$results/e2e-shutdown.log" 2>&1
-  rc=$?
-  cat "$results/e2e-shutdown.log"
-  p=$(grep -c '^PASS' "$results/e2e-shutdown.log")
-  f=$(grep -c '^FAIL' "$results/e2e-shutdown.log")
-  ((rc != 0 && f == 0)) && f=1  # ended before it could tell
-  note e2e-shutdown "$p" "$f" 0 $(($(tamrix_now_ms) - start))
+  lines_suite report-forms32 "$results/report-forms32.log" bash tests/e2e/report-forms.sh win32 "$results" "$shots/win32"
+  wine32_ms=$((wine32_ms + $(tamrix_now_ms) - start))
+  stop_prefix "$prefix"
 fi
 shopt -s nullglob
 for bmp in "$shots"/*.bmp "$shots"/*/*.bmp; do

@@ -4,6 +4,8 @@
 //       N rounds: from CreateProcess to the first visible top-level window of the process, and to
 //       the first moment it waits for input with that window shown and painted (the system's
 //       input-idle). Medians, and each program's ratio to the last one named (notepad.exe).
+//   bench_startup.exe --to-exit N NAME=COMMAND...   console commands, N rounds in turn: from
+//       CreateProcess to the end of the process, its output thrown away. Medians.
 //   bench_startup.exe --steps                 the load of tamrix's main window in this process,
 //       step by step: the loader and the run-time before main, the process's first window, the
 //       platform, the binding, the form's objects, making and showing the windows with the form's
@@ -112,6 +114,45 @@ int FromOutside(int runs, const std::vector<std::pair<std::string, std::string>>
   return 0;
 }
 
+// One run of a console command to its end, its output thrown away; -1 when it didn't end.
+double OneRun(std::string line) {
+  SECURITY_ATTRIBUTES sa{sizeof sa, nullptr, TRUE};
+  HANDLE nul = CreateFileA("NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &sa, OPEN_EXISTING, 0, nullptr);
+  STARTUPINFOA si{};
+  si.cb = sizeof si;
+  si.dwFlags = STARTF_USESTDHANDLES;
+  si.hStdOutput = si.hStdError = nul;
+  PROCESS_INFORMATION pi{};
+  double ms = -1;
+  const double start = NowMs();
+  if (CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr, nullptr, &si, &pi)) {
+    if (WaitForSingleObject(pi.hProcess, 120000) == WAIT_OBJECT_0) ms = NowMs() - start;
+    else TerminateProcess(pi.hProcess, 1);
+    CloseHandle(pi.hThread);
+    CloseHandle(pi.hProcess);
+  }
+  CloseHandle(nul);
+  return ms;
+}
+
+int ToExit(int runs, const std::vector<std::pair<std::string, std::string>>& commands) {
+  std::vector<std::vector<double>> times(commands.size());
+  for (int r = 0; r < runs; ++r) {
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+      double ms = OneRun(commands[i].second);
+      if (ms < 0) {
+        std::printf("%s: did not end within 120 s\n", commands[i].first.c_str());
+        return 1;
+      }
+      times[i].push_back(ms);
+    }
+  }
+  for (std::size_t i = 0; i < commands.size(); ++i)
+    std::printf("  %-24s %9.0f ms to its end   (median of %d runs; fastest %.0f ms)\n", commands[i].first.c_str(), Median(times[i]),
+                runs, *std::min_element(times[i].begin(), times[i].end()));
+  return 0;
+}
+
 double MsSinceProcessStart() {
   FILETIME created, exited, kernel, user, now;
   GetProcessTimes(GetCurrentProcess(), &created, &exited, &kernel, &user);
@@ -171,7 +212,8 @@ int Steps() {
 
 int main(int argc, char** argv) {
   if (argc >= 2 && std::strcmp(argv[1], "--steps") == 0) return Steps();
-  if (argc >= 4 && std::strcmp(argv[1], "--runs") == 0) {
+  const bool toExit = argc >= 4 && std::strcmp(argv[1], "--to-exit") == 0;
+  if (argc >= 4 && (toExit || std::strcmp(argv[1], "--runs") == 0)) {
     std::vector<std::pair<std::string, std::string>> programs;
     for (int i = 3; i < argc; ++i) {
       std::string a = argv[i];
@@ -179,8 +221,9 @@ int main(int argc, char** argv) {
       if (eq == std::string::npos) return 2;
       programs.push_back({a.substr(0, eq), a.substr(eq + 1)});
     }
-    return FromOutside(std::max(1, std::atoi(argv[2])), programs);
+    int runs = std::max(1, std::atoi(argv[2]));
+    return toExit ? ToExit(runs, programs) : FromOutside(runs, programs);
   }
-  std::fprintf(stderr, "usage: bench_startup.exe --runs N NAME=EXE... | --steps\n");
+  std::fprintf(stderr, "usage: bench_startup.exe --runs N NAME=EXE... | --to-exit N NAME=COMMAND... | --steps\n");
   return 2;
 }
