@@ -86,9 +86,10 @@ fi
 #   private   it runs 32-bit code but wine32:i386 cannot be installed (the archive's i386 index
 #             unreadable, say): bookworm's i386 wine32 is unpacked into a private root in the
 #             user's cache, as for the emulated route, and runs natively from there;
-#   emulated  it runs no 32-bit code (most x86_64 kernels of developers' and CI's machines are built without
-#             32-bit support): bookworm's i386 wine32 is unpacked into a private root in the
-#             user's cache, outside the package database, and run by qemu-i386;
+#   emulated  it runs no 32-bit code (most x86_64 kernels of developers' and CI's machines are
+#             built without 32-bit support), or the private root won't run natively: bookworm's
+#             i386 wine32 is unpacked into a private root in the user's cache, outside the
+#             package database, and run by qemu-i386;
 #   skipped   neither can be had; the reason goes to build/wine32-missing and the 32-bit suites
 #             are reported skipped with it.
 # A machine that cannot run 32-bit code never gets the i386 architecture nor wine32:i386: they
