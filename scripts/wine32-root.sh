@@ -84,21 +84,24 @@ wine32_fill_syswow64() {
   ln -sf "$dir"/* "$prefix/drive_c/windows/syswow64/"
 }
 
+# The X libraries Wine's display driver opens at run time, which wine32 only recommends: without
+# XRandR the driver offers the current mode alone and refuses to set even that, and without
+# XRender there is no alpha blending. The host gets them from setup's package list; the root,
+# from the same private apt as the rest.
+wine32_root_x_packages=(libxrandr2 libxrender1 libxcursor1 libxi6 libxfixes3 libxinerama1 libxcomposite1)
+wine32_root_x_libraries=(libXrandr.so.2 libXrender.so.1 libXcursor.so.1 libXi.so.6 libXfixes.so.3 libXinerama.so.1 libXcomposite.so.1)
+
 # A private apt: its own sources (bookworm's main archive only, i386 only), lists, cache and an
-# empty package database, so that it resolves wine32's whole i386 closure and downloads it without
-# ever touching the host's. The packages are then unpacked with dpkg -x, no scripts run.
-wine32_make_root() {
-  local root=$1 version work apt debs n
-  version=$(wine32_host_version)
-  [[ -n $version ]] || { echo "wine64 is not installed"; return 1; }
-  work=$root.work
-  rm -rf "$work" "$root"
-  apt=$work/apt
+# empty package database, so that it resolves the packages' whole i386 closure and downloads it
+# without ever touching the host's. Sets w32_apt_opts; prints the reason and fails when the index
+# cannot be read.
+wine32_private_apt() {
+  local work=$1 apt=$1/apt
   mkdir -p "$apt"/etc/sources.list.d "$apt"/etc/preferences.d "$apt"/lists/partial \
-    "$apt"/archives/partial "$apt"/dpkg "$work"/root
+    "$apt"/archives/partial "$apt"/dpkg
   : >"$apt/dpkg/status"
   echo "deb ${TAMRIX_DEBIAN_MIRROR:-http://deb.debian.org/debian} bookworm main" >"$apt/etc/sources.list"
-  local opts=(
+  w32_apt_opts=(
     -o "APT::Architecture=i386" -o "APT::Architectures::=i386"
     -o "Dir::Etc::SourceList=$apt/etc/sources.list" -o "Dir::Etc::SourceParts=$apt/etc/sources.list.d"
     -o "Dir::Etc::Preferences=$apt/etc/preferences" -o "Dir::Etc::PreferencesParts=$apt/etc/preferences.d"
@@ -107,11 +110,24 @@ wine32_make_root() {
     -o "Acquire::Check-Valid-Until=false" -o "APT::Install-Recommends=false"
     -o "Debug::NoLocking=true" -o "APT::Sandbox::User=root"
   )
-  if ! apt-get "${opts[@]}" update >"$work/apt.log" 2>&1; then
+  if ! apt-get "${w32_apt_opts[@]}" update >"$work/apt.log" 2>&1; then
     echo "bookworm's i386 index could not be read ($(grep -m1 -E '^(E|Err):' "$work/apt.log" || true))"
     return 1
   fi
-  if ! apt-get "${opts[@]}" install -y --download-only "wine32=$version" "libwine=$version" >>"$work/apt.log" 2>&1; then
+}
+
+# The packages are unpacked with dpkg -x, no scripts run.
+wine32_make_root() {
+  local root=$1 version work apt debs n
+  version=$(wine32_host_version)
+  [[ -n $version ]] || { echo "wine64 is not installed"; return 1; }
+  work=$root.work
+  rm -rf "$work" "$root"
+  mkdir -p "$work"/root
+  wine32_private_apt "$work" || return 1
+  apt=$work/apt
+  if ! apt-get "${w32_apt_opts[@]}" install -y --download-only "wine32=$version" "libwine=$version" \
+      "${wine32_root_x_packages[@]}" >>"$work/apt.log" 2>&1; then
     echo "wine32 $version for i386 could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
     return 1
   fi
@@ -141,6 +157,31 @@ wine32_make_root() {
   fi
   echo "$n packages, wine $version" >"$work/root/.complete"
   mv "$work/root" "$root"
+  rm -rf "$work"
+}
+
+# A root made before the X libraries were part of it gets them: the packages alone, unpacked over
+# it (everything they need came with wine32), then the root's library cache made again.
+wine32_root_has_x() {
+  local l
+  for l in "${wine32_root_x_libraries[@]}"; do
+    [[ -e $1/usr/lib/i386-linux-gnu/$l ]] || return 1
+  done
+}
+wine32_root_add_x() {
+  local root=$1 work=$1.work d
+  rm -rf "$work"
+  mkdir -p "$work"
+  wine32_private_apt "$work" || return 1
+  if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download "${wine32_root_x_packages[@]}") >>"$work/apt.log" 2>&1; then
+    echo "the i386 X libraries could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
+    return 1
+  fi
+  for d in "$work"/apt/archives/*.deb; do
+    dpkg -x "$d" "$root" || { echo "dpkg -x failed for $(basename "$d")"; return 1; }
+  done
+  ldconfig -r "$root" || { echo "ldconfig could not index the root's libraries"; return 1; }
+  wine32_root_has_x "$root" || { echo "the i386 X libraries are still missing from the root"; return 1; }
   rm -rf "$work"
 }
 
@@ -240,6 +281,11 @@ wine32_choose_route() {
       wine32_skip "the private i386 root could not be made: $why"
       return 0
     fi
+  fi
+  if ! wine32_root_has_x "$root"; then
+    w32_say "adding the i386 X libraries to the private root in $root (once)"
+    why=$(wine32_root_add_x "$root") ||
+      w32_say "warning: $why; 32-bit programs will see one display mode and no alpha blending"
   fi
   # The machine runs 32-bit code: the root's Wine runs natively, without emulation and its faults.
   if ((runs_i386)); then

@@ -109,6 +109,10 @@ made_root() {
   printf 'the i386 loader\n' >"$root/lib/ld-linux.so.2"
   printf '#!/bin/sh\necho "wine-8.0 (Debian 8.0~repack-4)"\n# interpreter /lib/ld-linux.so.2\n' >"$root/usr/lib/wine/wine"
   chmod +x "$root/usr/lib/wine/wine"
+  local l
+  for l in libXrandr.so.2 libXrender.so.1 libXcursor.so.1 libXi.so.6 libXfixes.so.3 libXinerama.so.1 libXcomposite.so.1; do
+    touch "$root/usr/lib/i386-linux-gnu/$l"
+  done
 }
 
 no_i386_install() { ! grep -E '^(apt-get|dpkg) ' "$1/calls" | grep -qE 'wine32:i386|add-architecture'; }
@@ -135,7 +139,7 @@ check "no-32-bit machine with qemu: leaves the route for the tests" has_line "$m
 check "no-32-bit machine with qemu: no skip reason left" no_file "$m/cwd/build/wine32-missing"
 check "no-32-bit machine with qemu: never adds i386 nor installs wine32:i386" no_i386_install "$m"
 check "no-32-bit machine with qemu: asks arch-test about i386" has_line "$m/calls" "arch-test i386"
-check "no-32-bit machine with qemu: never asks apt-get for anything" no_call "$m" apt-get
+check "no-32-bit machine with qemu, root made: never asks apt-get for anything" no_call "$m" apt-get
 check "no-32-bit machine with qemu: leaves the root's wine as bookworm made it" \
   interpreter_is "$root/usr/lib/wine/wine" /lib/ld-linux.so.2
 
@@ -228,5 +232,21 @@ check "32-bit machine, archive unreachable: setup succeeds" status_zero "$m"
 check "32-bit machine, archive unreachable: says why the suites are skipped" \
   has_line "$m/out" "setup: 32-bit route: none, the 32-bit suites are skipped: the private i386 root could not be made: bookworm's i386 index could not be read"
 check "32-bit machine, archive unreachable: the host keeps no i386 architecture" no_foreign_i386 "$m"
+
+# 8. A root made before it held the X libraries: the private apt (i386 only, its own lists) is asked
+#    for them; when it cannot give them, setup says so and the route stands.
+m=$work/old-root
+machine "$m" 1 1 0
+root=$m/cache/i386-wine-8.0~repack-4
+made_root "$m"
+rm -f "$root/usr/lib/i386-linux-gnu/libXrandr.so.2"
+choose "$m"
+check "root without the X libraries: setup succeeds" status_zero "$m"
+check "root without the X libraries: the private apt is asked for them" \
+  has_line "$m/calls" "apt-get -o APT::Architecture=i386 -o APT::Architectures::=i386 -o Dir::Etc::SourceList=$root.work/apt/etc/sources.list"
+check "root without the X libraries: says what is missing when they cannot be had" \
+  has_line "$m/out" "setup: warning: bookworm's i386 index could not be read"
+check "root without the X libraries: the private route stands" has_line "$m/cwd/build/wine32-route" "private $root"
+check "root without the X libraries: the host keeps no i386 architecture" no_foreign_i386 "$m"
 
 exit $failed
