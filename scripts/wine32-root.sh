@@ -189,8 +189,8 @@ wine32_root_add_x() {
 # Where the machine runs 32-bit code but Debian's wine32:i386 cannot be installed, the private root
 # runs without qemu. Its wine names /lib/ld-linux.so.2 as its interpreter, which on the host is
 # libc6-i386's (or nothing) and searches the host's library cache; so the root's own loader is
-# copied beside the root's libraries (a real file: the kernel maps it as it is) and named in wine's
-# header. Wine finds ntdll.so from /proc/self/exe, so the loader cannot be called by hand with wine
+# copied beside the root's libraries (a file of its own, not a link, so that the kernel and qemu -L
+# open the same file by that path) and named in wine's header. Wine finds ntdll.so from /proc/self/exe, so the loader cannot be called by hand with wine
 # as its argument: the header must name it. Under qemu -L the same absolute path is looked for in
 # the root first, then on the host, where it exists: the emulated route still starts.
 wine32_private_loader() { echo "$1/usr/lib/i386-linux-gnu/tamrix-ld.so.2"; }
@@ -210,16 +210,21 @@ wine32_prepare_private() {
   ld=$(wine32_private_loader "$root")
   wine=$root/usr/lib/wine/wine
   if ! cmp -s "$root/lib/ld-linux.so.2" "$ld"; then
-    cp -L "$root/lib/ld-linux.so.2" "$ld.new" && chmod 755 "$ld.new" && mv -f "$ld.new" "$ld" ||
-      { echo "the root's loader could not be copied to $ld"; return 1; }
+    if ! { cp -L "$root/lib/ld-linux.so.2" "$ld.new" && chmod 755 "$ld.new" && mv -f "$ld.new" "$ld"; }; then
+      echo "the root's loader could not be copied to $ld"
+      return 1
+    fi
   fi
   if ! command -v patchelf >/dev/null; then
     echo "patchelf is missing"
     return 1
   fi
   if [[ $(patchelf --print-interpreter "$wine" 2>/dev/null) != "$ld" ]]; then
-    cp "$wine" "$wine.new" && patchelf --set-interpreter "$ld" "$wine.new" && mv -f "$wine.new" "$wine" ||
-      { rm -f "$wine.new"; echo "patchelf could not give $wine the root's loader"; return 1; }
+    if ! { cp "$wine" "$wine.new" && patchelf --set-interpreter "$ld" "$wine.new" && mv -f "$wine.new" "$wine"; }; then
+      rm -f "$wine.new"
+      echo "patchelf could not give $wine the root's loader"
+      return 1
+    fi
   fi
   if ! out=$(LD_LIBRARY_PATH=$(wine32_private_library_path "$root") timeout 60 "$wine" --version 2>&1) ||
     [[ $out != wine-* ]]; then
@@ -250,7 +255,7 @@ wine32_skip() {
 }
 
 wine32_choose_route() {
-  local why root private_why= runs_i386=0
+  local why root private_why='' runs_i386=0
   if wine32_machine_runs_i386; then
     runs_i386=1
     if wine32_native_present; then

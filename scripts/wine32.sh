@@ -20,7 +20,8 @@ case $route in
     # test driver) exec the same wine and inherit them; 64-bit programs skip these libraries.
     # shellcheck source=scripts/wine32-root.sh
     source "$here/wine32-root.sh"
-    export LD_LIBRARY_PATH=$(wine32_private_library_path "$root")${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+    LD_LIBRARY_PATH=$(wine32_private_library_path "$root")${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+    export LD_LIBRARY_PATH
     exec "$root/usr/lib/wine/wine" "$@"
     ;;
   "emulated "*)
