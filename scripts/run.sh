@@ -14,8 +14,12 @@ cd "$root"
 bash scripts/setup.sh
 tree=win64
 # Under emulation the i686 program is some ten times slower: the x86_64 one shows the same figures.
-[[ $(cat build/wine32-route 2>/dev/null) == native ]] && tree=win32
+case $(cat build/wine32-route 2>/dev/null) in native | "private "*) tree=win32 ;; esac
 bash scripts/build.sh -t tamrix "$tree"
+# The i686 program starts by the 32-bit route (plain wine where Debian's wine32 is installed);
+# wine32.sh execs Wine, so the pid we keep is the program's.
+runner=(wine)
+[[ $tree == win32 ]] && runner=(bash "$root/scripts/wine32.sh")
 
 # shellcheck source=scripts/wine-env.sh
 source scripts/wine-env.sh
@@ -45,7 +49,7 @@ if [[ -f $lock ]] && read -r first_pid first_display <"$lock" && tamrix_alive "$
   export WINEPREFIX=$prefix DISPLAY=$first_display
   echo "Tamrix Utility is already running (make run, pid $first_pid, display $first_display)"
   rc=0
-  wine "$root/build/$tree/tamrix.exe" || rc=$?
+  "${runner[@]}" "$root/build/$tree/tamrix.exe" || rc=$?
   echo "the second start ended (status $rc) without a window of its own"
   exit "$rc"
 fi
@@ -70,6 +74,11 @@ else
   echo "$wines" >"$prefix/.tamrix-ready"
 fi
 export WINEPREFIX=$prefix
+# Without Debian's wine32 the prefix's 32-bit half comes from the private root (once per prefix).
+if [[ $tree == win32 ]] && ! prepare_prefix32 "$prefix"; then
+  echo "the 32-bit half of build/wineprefix could not be installed" >&2
+  exit 1
+fi
 
 start_pulse
 
@@ -78,7 +87,7 @@ if display_usable; then
   echo "starting build/$tree/tamrix.exe on $DISPLAY"
   # In the background and waited for, so that Ctrl-C reaches our trap at
   # once: a Windows GUI program does not end on SIGINT by itself.
-  wine "$exe" &
+  "${runner[@]}" "$exe" &
   app_pid=$!
   rc=0
   wait "$app_pid" || rc=$?
@@ -89,7 +98,7 @@ fi
 start_xvfb --force
 echo "$$ $DISPLAY" >"$lock"
 echo "no X display: build/$tree/tamrix.exe runs on a private Xvfb ($DISPLAY)"
-wine "$exe" &
+"${runner[@]}" "$exe" &
 app_pid=$!
 
 # Wait for the main window to be mapped: the X window may exist before the

@@ -25,8 +25,9 @@ packages=(
   pulseaudio
   # the 32-bit program's route: arch-test tells whether this machine runs 32-bit x86 code; where it
   # cannot, qemu-user runs 32-bit Wine by emulation, and gcc-multilib builds the small i386 library
-  # that mends what qemu gets wrong for Wine
-  arch-test qemu-user gcc-multilib
+  # that mends what qemu gets wrong for Wine; where it can but wine32:i386 won't install, patchelf
+  # lets the private root's Wine run natively with the root's own loader
+  arch-test qemu-user gcc-multilib patchelf
   # fr_FR.UTF-8 for glibc
   locales
 )
@@ -83,9 +84,13 @@ fi
 # The 32-bit program's route, chosen in this order and said in one line (also left in
 # build/wine32-route, which the tests and the benchmark read):
 #   native    this machine runs 32-bit x86 code and Debian's wine32:i386 is (or gets) installed;
-#   emulated  it cannot (most x86_64 kernels of developers' and CI's machines are built without
-#             32-bit support): bookworm's i386 wine32 is unpacked into a private root in the
-#             user's cache, outside the package database, and run by qemu-i386;
+#   private   it runs 32-bit code but wine32:i386 cannot be installed (the archive's i386 index
+#             unreadable, say): bookworm's i386 wine32 is unpacked into a private root in the
+#             user's cache, as for the emulated route, and runs natively from there;
+#   emulated  it runs no 32-bit code (most x86_64 kernels of developers' and CI's machines are
+#             built without 32-bit support), or the private root won't run natively: bookworm's
+#             i386 wine32 is unpacked into a private root in the user's cache, outside the
+#             package database, and run by qemu-i386;
 #   skipped   neither can be had; the reason goes to build/wine32-missing and the 32-bit suites
 #             are reported skipped with it.
 # A machine that cannot run 32-bit code never gets the i386 architecture nor wine32:i386: they

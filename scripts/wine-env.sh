@@ -157,7 +157,7 @@ use_prefix() {
 # make_prefix DIR: a fresh 64-bit Wine prefix. wineboot asks nothing with tamrix_env's
 # overrides and needs no display. Without Debian's 32-bit Wine, wineboot says it cannot open
 # syswow64\rundll32.exe; that is expected and its output is only shown when it fails
-# (prepare_prefix32 then fills syswow64 for the emulated route).
+# (prepare_prefix32 then fills syswow64 from the private root).
 make_prefix() {
   local dir=$1 log
   mkdir -p "$(dirname "$dir")"
@@ -186,7 +186,7 @@ make_prefix() {
 # SIGSEGV and a console program takes half a minute; here only the 32-bit program is emulated and
 # the host's 64-bit Wine serves it, as WoW64 does on 64-bit Windows.
 
-# The route in one line: "emulated ROOT", "native", or why there is none.
+# The route in one line: "emulated ROOT", "private ROOT", "native", or why there is none.
 wine32_route_line() {
   local here
   here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -207,15 +207,15 @@ tamrix_wine() {
 }
 
 # prepare_prefix32 PREFIX: what the prefix needs for the route: with Debian's wine32 wineboot has
-# done it all; on the emulated route syswow64 gets the private root's i386 DLLs.
+# done it all; on the private and emulated routes syswow64 gets the private root's i386 DLLs.
 prepare_prefix32() {
   local route
   route=$(wine32_route_line)
-  [[ $route == "emulated "* ]] || return 0
-  [[ -f $1/.tamrix-wow64 ]] && return 0  # done before, in a kept prefix
+  [[ $route == "emulated "* || $route == "private "* ]] || return 0
+  [[ -f $1/.tamrix-wow64 && $(cat "$1/.tamrix-wow64") == "$route" ]] && return 0  # done before, in a kept prefix
   # shellcheck source=scripts/wine32-root.sh
   source "$(dirname "${BASH_SOURCE[0]}")/wine32-root.sh"
-  if ! wine32_fill_syswow64 "${route#emulated }" "$1"; then
+  if ! wine32_fill_syswow64 "${route#* }" "$1"; then
     tamrix_say "the 32-bit DLLs could not be put in $1's syswow64"
     return 1
   fi

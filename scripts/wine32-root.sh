@@ -3,7 +3,7 @@
 # tests/setup/wine32-route-test.sh (which calls it with the machine's tools stubbed).
 #
 # Left behind for the tests and the benchmark:
-#   build/wine32-route    "native" or "emulated ROOT"
+#   build/wine32-route    "native", "private ROOT" or "emulated ROOT"
 #   build/wine32-missing  the reason the 32-bit suites are skipped, when they are
 
 wine32_route_file=build/wine32-route
@@ -25,6 +25,9 @@ wine32_machine_runs_i386() { command -v arch-test >/dev/null && arch-test i386 >
 wine32_native_present() {
   [[ -x /usr/lib/wine/wine ]] && dpkg-query -W -f='${db:Status-Status}\n' wine32:i386 2>/dev/null | grep -qx installed
 }
+
+# Installing wine32:i386 into the host takes root's rights.
+wine32_as_root() { ((EUID == 0)); }
 
 w32_i386_packages() { dpkg-query -W -f='${binary:Package} ${db:Status-Status}\n' 2>/dev/null | awk '$1 ~ /:i386$/ && $2 == "installed" {print $1}' | sort; }
 
@@ -81,21 +84,24 @@ wine32_fill_syswow64() {
   ln -sf "$dir"/* "$prefix/drive_c/windows/syswow64/"
 }
 
+# The X libraries Wine's display driver opens at run time, which wine32 only recommends: without
+# XRandR the driver offers the current mode alone and refuses to set even that, and without
+# XRender there is no alpha blending. The host gets them from setup's package list; the root,
+# from the same private apt as the rest.
+wine32_root_x_packages=(libxrandr2 libxrender1 libxcursor1 libxi6 libxfixes3 libxinerama1 libxcomposite1)
+wine32_root_x_libraries=(libXrandr.so.2 libXrender.so.1 libXcursor.so.1 libXi.so.6 libXfixes.so.3 libXinerama.so.1 libXcomposite.so.1)
+
 # A private apt: its own sources (bookworm's main archive only, i386 only), lists, cache and an
-# empty package database, so that it resolves wine32's whole i386 closure and downloads it without
-# ever touching the host's. The packages are then unpacked with dpkg -x, no scripts run.
-wine32_make_root() {
-  local root=$1 version work apt debs n
-  version=$(wine32_host_version)
-  [[ -n $version ]] || { echo "wine64 is not installed"; return 1; }
-  work=$root.work
-  rm -rf "$work" "$root"
-  apt=$work/apt
+# empty package database, so that it resolves the packages' whole i386 closure and downloads it
+# without ever touching the host's. Sets w32_apt_opts; prints the reason and fails when the index
+# cannot be read.
+wine32_private_apt() {
+  local work=$1 apt=$1/apt
   mkdir -p "$apt"/etc/sources.list.d "$apt"/etc/preferences.d "$apt"/lists/partial \
-    "$apt"/archives/partial "$apt"/dpkg "$work"/root
+    "$apt"/archives/partial "$apt"/dpkg
   : >"$apt/dpkg/status"
   echo "deb ${TAMRIX_DEBIAN_MIRROR:-http://deb.debian.org/debian} bookworm main" >"$apt/etc/sources.list"
-  local opts=(
+  w32_apt_opts=(
     -o "APT::Architecture=i386" -o "APT::Architectures::=i386"
     -o "Dir::Etc::SourceList=$apt/etc/sources.list" -o "Dir::Etc::SourceParts=$apt/etc/sources.list.d"
     -o "Dir::Etc::Preferences=$apt/etc/preferences" -o "Dir::Etc::PreferencesParts=$apt/etc/preferences.d"
@@ -104,11 +110,24 @@ wine32_make_root() {
     -o "Acquire::Check-Valid-Until=false" -o "APT::Install-Recommends=false"
     -o "Debug::NoLocking=true" -o "APT::Sandbox::User=root"
   )
-  if ! apt-get "${opts[@]}" update >"$work/apt.log" 2>&1; then
+  if ! apt-get "${w32_apt_opts[@]}" update >"$work/apt.log" 2>&1; then
     echo "bookworm's i386 index could not be read ($(grep -m1 -E '^(E|Err):' "$work/apt.log" || true))"
     return 1
   fi
-  if ! apt-get "${opts[@]}" install -y --download-only "wine32=$version" "libwine=$version" >>"$work/apt.log" 2>&1; then
+}
+
+# The packages are unpacked with dpkg -x, no scripts run.
+wine32_make_root() {
+  local root=$1 version work apt debs n
+  version=$(wine32_host_version)
+  [[ -n $version ]] || { echo "wine64 is not installed"; return 1; }
+  work=$root.work
+  rm -rf "$work" "$root"
+  mkdir -p "$work"/root
+  wine32_private_apt "$work" || return 1
+  apt=$work/apt
+  if ! apt-get "${w32_apt_opts[@]}" install -y --download-only "wine32=$version" "libwine=$version" \
+      "${wine32_root_x_packages[@]}" >>"$work/apt.log" 2>&1; then
     echo "wine32 $version for i386 could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
     return 1
   fi
@@ -141,6 +160,79 @@ wine32_make_root() {
   rm -rf "$work"
 }
 
+# A root made before the X libraries were part of it gets them: the packages alone, unpacked over
+# it (everything they need came with wine32), then the root's library cache made again.
+wine32_root_has_x() {
+  local l
+  for l in "${wine32_root_x_libraries[@]}"; do
+    [[ -e $1/usr/lib/i386-linux-gnu/$l ]] || return 1
+  done
+}
+wine32_root_add_x() {
+  local root=$1 work=$1.work d
+  rm -rf "$work"
+  mkdir -p "$work"
+  wine32_private_apt "$work" || return 1
+  if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download "${wine32_root_x_packages[@]}") >>"$work/apt.log" 2>&1; then
+    echo "the i386 X libraries could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
+    return 1
+  fi
+  for d in "$work"/apt/archives/*.deb; do
+    dpkg -x "$d" "$root" || { echo "dpkg -x failed for $(basename "$d")"; return 1; }
+  done
+  ldconfig -r "$root" || { echo "ldconfig could not index the root's libraries"; return 1; }
+  wine32_root_has_x "$root" || { echo "the i386 X libraries are still missing from the root"; return 1; }
+  rm -rf "$work"
+}
+
+# ---- the private route: the root's Wine run natively ----------------------------------------
+# Where the machine runs 32-bit code but Debian's wine32:i386 cannot be installed, the private root
+# runs without qemu. Its wine names /lib/ld-linux.so.2 as its interpreter, which on the host is
+# libc6-i386's (or nothing) and searches the host's library cache; so the root's own loader is
+# copied beside the root's libraries (a file of its own, not a link, so that the kernel and qemu -L
+# open the same file by that path) and named in wine's header. Wine finds ntdll.so from /proc/self/exe, so the loader cannot be called by hand with wine
+# as its argument: the header must name it. Under qemu -L the same absolute path is looked for in
+# the root first, then on the host, where it exists: the emulated route still starts.
+wine32_private_loader() { echo "$1/usr/lib/i386-linux-gnu/tamrix-ld.so.2"; }
+
+# The directories the root's loader searches, in the root: the multiarch ones its own ld.so.cache
+# was made from, and libpulse's RUNPATH, an absolute i386 path that only exists in the root.
+wine32_private_library_path() {
+  local r=$1
+  echo "$r/lib/i386-linux-gnu:$r/usr/lib/i386-linux-gnu:$r/usr/lib/i386-linux-gnu/pulseaudio"
+}
+
+# Idempotent: copies the loader and patches wine's interpreter only when they are not already so,
+# each written aside and moved in whole (another checkout may be running the old file). Then runs
+# the root's wine once; prints the reason and fails when it does not run.
+wine32_prepare_private() {
+  local root=$1 ld wine out
+  ld=$(wine32_private_loader "$root")
+  wine=$root/usr/lib/wine/wine
+  if ! cmp -s "$root/lib/ld-linux.so.2" "$ld"; then
+    if ! { cp -L "$root/lib/ld-linux.so.2" "$ld.new" && chmod 755 "$ld.new" && mv -f "$ld.new" "$ld"; }; then
+      echo "the root's loader could not be copied to $ld"
+      return 1
+    fi
+  fi
+  if ! command -v patchelf >/dev/null; then
+    echo "patchelf is missing"
+    return 1
+  fi
+  if [[ $(patchelf --print-interpreter "$wine" 2>/dev/null) != "$ld" ]]; then
+    if ! { cp "$wine" "$wine.new" && patchelf --set-interpreter "$ld" "$wine.new" && mv -f "$wine.new" "$wine"; }; then
+      rm -f "$wine.new"
+      echo "patchelf could not give $wine the root's loader"
+      return 1
+    fi
+  fi
+  if ! out=$(LD_LIBRARY_PATH=$(wine32_private_library_path "$root") timeout 60 "$wine" --version 2>&1) ||
+    [[ $out != wine-* ]]; then
+    echo "the root's wine does not run natively (${out:-no output})"
+    return 1
+  fi
+}
+
 wine32_build_fixes() {
   local src
   src=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine32-qemu-fixes.c
@@ -163,14 +255,15 @@ wine32_skip() {
 }
 
 wine32_choose_route() {
-  local why root
+  local why root private_why='' runs_i386=0
   if wine32_machine_runs_i386; then
+    runs_i386=1
     if wine32_native_present; then
       wine32_route native
       w32_say "32-bit route: native (this machine runs 32-bit code; wine32:i386 is installed)"
       return 0
     fi
-    if ((EUID != 0)); then
+    if ! wine32_as_root; then
       wine32_skip "this machine runs 32-bit code but wine32:i386 is missing; as root run: dpkg --add-architecture i386 && apt-get update && apt-get install wine32:i386"
       return 0
     fi
@@ -180,12 +273,13 @@ wine32_choose_route() {
       return 0
     fi
     w32_say "wine32:i386 could not be installed ($why); the machine is left as it was"
+    private_why=$why
   fi
-  if ! command -v qemu-i386 >/dev/null; then
+  root=$(wine32_root_path)
+  if ! ((runs_i386)) && ! command -v qemu-i386 >/dev/null; then
     wine32_skip "this machine runs no 32-bit x86 code and qemu-i386 (qemu-user) is missing"
     return 0
   fi
-  root=$(wine32_root_path)
   if ! wine32_root_ready "$root"; then
     w32_say "making the private i386 root for 32-bit Wine in $root (once per machine, some 730 MB)"
     if ! why=$(wine32_make_root "$root"); then
@@ -193,10 +287,28 @@ wine32_choose_route() {
       return 0
     fi
   fi
+  if ! wine32_root_has_x "$root"; then
+    w32_say "adding the i386 X libraries to the private root in $root (once)"
+    why=$(wine32_root_add_x "$root") ||
+      w32_say "warning: $why; 32-bit programs will see one display mode and no alpha blending"
+  fi
+  # The machine runs 32-bit code: the root's Wine runs natively, without emulation and its faults.
+  if ((runs_i386)); then
+    if why=$(wine32_prepare_private "$root"); then
+      wine32_route "private $root"
+      w32_say "32-bit route: private (this machine runs 32-bit x86 code; Debian's wine32:i386 could not be installed: $private_why; bookworm's i386 wine32 runs from $root without emulation)"
+      return 0
+    fi
+    if ! command -v qemu-i386 >/dev/null; then
+      wine32_skip "this machine runs 32-bit code, but wine32:i386 could not be installed ($private_why) and the private i386 root does not run natively ($why); qemu-i386 (qemu-user) is missing"
+      return 0
+    fi
+    private_why="this machine runs 32-bit x86 code, but wine32:i386 could not be installed ($private_why) and the private root does not run natively ($why)"
+  fi
   if ! wine32_fixes_fresh "$root"; then
     wine32_skip "the i386 library that mends qemu could not be rebuilt (gcc -m32; gcc-multilib)"
     return 0
   fi
   wine32_route "emulated $root"
-  w32_say "32-bit route: emulated (this machine runs no 32-bit x86 code: qemu-i386 runs bookworm's i386 wine32 from $root)"
+  w32_say "32-bit route: emulated (${private_why:-this machine runs no 32-bit x86 code}: qemu-i386 runs bookworm's i386 wine32 from $root)"
 }

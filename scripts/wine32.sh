@@ -2,6 +2,8 @@
 # Runs a 32-bit Windows program (or a Wine tool: wineboot, reg, winepath...) under 32-bit Wine,
 # by the route setup chose (build/wine32-route, or TAMRIX_WINE32_ROUTE):
 #   native          Debian's wine32: plain wine
+#   private ROOT    bookworm's i386 Wine unpacked in ROOT, run natively (its wine names the root's
+#                   own loader as interpreter; setup saw to it)
 #   emulated ROOT   bookworm's i386 Wine unpacked in ROOT, run by qemu-i386
 # usage: scripts/wine32.sh PROGRAM [ARGS...]   (exits 127 with the reason when there is no route)
 set -euo pipefail
@@ -10,6 +12,17 @@ route=${TAMRIX_WINE32_ROUTE:-$(cat "$here/../build/wine32-route" 2>/dev/null || 
 case $route in
   native)
     exec wine "$@"
+    ;;
+  "private "*)
+    root=${route#private }
+    # The root's loader reads the host's library cache, which knows no i386 library of the root:
+    # its directories are named here. Its 32-bit children (subst.exe, the program started by the
+    # test driver) exec the same wine and inherit them; 64-bit programs skip these libraries.
+    # shellcheck source=scripts/wine32-root.sh
+    source "$here/wine32-root.sh"
+    LD_LIBRARY_PATH=$(wine32_private_library_path "$root")${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+    export LD_LIBRARY_PATH
+    exec "$root/usr/lib/wine/wine" "$@"
     ;;
   "emulated "*)
     root=${route#emulated }

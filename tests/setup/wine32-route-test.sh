@@ -16,9 +16,11 @@ check() {  # check NAME CONDITION...
   if "$@"; then echo "PASS $name"; else echo "FAIL $name"; failed=1; fi
 }
 
-# machine DIR RUNS_I386(0|1) HAS_QEMU(0|1) HAS_WINE32(0|1): stub commands that log every call.
+# machine DIR RUNS_I386(0|1) HAS_QEMU(0|1) HAS_WINE32(0|1) [HAS_PATCHELF(0|1)]: stub commands that
+# log every call. The host's apt-get fails as a mirror in the middle of a sync does; dpkg keeps the
+# machine's foreign architectures in DIR/foreign, so that what setup leaves there can be checked.
 machine() {
-  local dir=$1 runs=$2 qemu=$3 wine32=$4 bin=$1/bin
+  local dir=$1 runs=$2 qemu=$3 wine32=$4 patchelf=${5:-1} bin=$1/bin
   mkdir -p "$bin" "$dir/cwd" "$dir/cache"
   cat >"$bin/arch-test" <<STUB
 #!/bin/sh
@@ -35,17 +37,47 @@ case "\$*" in
 esac
 exit 0
 STUB
-  for tool in apt-get dpkg ldconfig gcc; do
+  for tool in ldconfig gcc; do
     printf '#!/bin/sh\necho "%s $*" >>"%s/calls"\nexit 1\n' "$tool" "$dir" >"$bin/$tool"
   done
+  cat >"$bin/apt-get" <<STUB
+#!/bin/sh
+echo "apt-get \$*" >>"$dir/calls"
+echo "E: Failed to fetch http://deb.debian.org/debian/dists/bookworm/main/binary-i386/Packages.xz  File has unexpected size (2154204 != 2154168). Mirror sync in progress? [IP: 151.101.2.132 80]"
+exit 100
+STUB
+  cat >"$bin/dpkg" <<STUB
+#!/bin/sh
+echo "dpkg \$*" >>"$dir/calls"
+case "\$1" in
+  --print-foreign-architectures) cat "$dir/foreign"; exit 0 ;;
+  --add-architecture) echo "\$2" >>"$dir/foreign"; exit 0 ;;
+  --remove-architecture) grep -vx "\$2" "$dir/foreign" >"$dir/foreign.new"; mv "$dir/foreign.new" "$dir/foreign"; exit 0 ;;
+esac
+exit 1
+STUB
+  : >"$dir/foreign"
   if [[ $qemu == 1 ]]; then
     printf '#!/bin/sh\necho "qemu-i386 $*" >>"%s/calls"\n' "$dir" >"$bin/qemu-i386"
+  fi
+  # The made-up root's wine is a script whose line "# interpreter PATH" stands for its ELF header.
+  if [[ $patchelf == 1 ]]; then
+    cat >"$bin/patchelf" <<STUB
+#!/bin/sh
+echo "patchelf \$*" >>"$dir/calls"
+case "\$1" in
+  --print-interpreter) sed -n 's/^# interpreter //p' "\$2" ;;
+  --set-interpreter) sed -i "s|^# interpreter .*|# interpreter \$2|" "\$3" ;;
+  *) exit 1 ;;
+esac
+STUB
   fi
   chmod +x "$bin"/*
   # Only the plain tools besides the stubs, so that the machine's own qemu-i386 or arch-test
   # never answer for the made-up machine.
   local t
-  for t in sh grep sed awk mkdir rm cat mktemp comm tr date stat dirname basename head tail ln env touch; do
+  for t in sh grep sed awk mkdir rm cat mktemp comm tr date stat dirname basename head tail ln env touch \
+    cp cmp chmod mv timeout; do
     ln -s "$(command -v "$t")" "$bin/$t"
   done
   : >"$dir/calls"
@@ -61,24 +93,44 @@ choose() {
     # shellcheck source=scripts/wine32-root.sh
     source "$here/scripts/wine32-root.sh"
     wine32_native_present() { [[ $(dpkg-query -W -f='${db:Status-Status}\n' wine32:i386) == installed ]]; }
+    # Setup installs into the host only as root; the made-up machine is one whoever runs this.
+    wine32_as_root() { true; }
     wine32_choose_route
   ) >"$dir/out" 2>&1
   echo $? >"$dir/status"
 }
 
+# made_root DIR: the private root already in the cache, as an earlier setup left it; its wine
+# answers --version as bookworm's does.
+made_root() {
+  local root=$1/cache/i386-wine-8.0~repack-4
+  mkdir -p "$root/usr/lib/wine" "$root/lib" "$root/usr/lib/i386-linux-gnu"
+  touch "$root/.complete" "$root/usr/lib/tamrix-qemu-fixes.so"
+  printf 'the i386 loader\n' >"$root/lib/ld-linux.so.2"
+  printf '#!/bin/sh\necho "wine-8.0 (Debian 8.0~repack-4)"\n# interpreter /lib/ld-linux.so.2\n' >"$root/usr/lib/wine/wine"
+  chmod +x "$root/usr/lib/wine/wine"
+  local l
+  for l in libXrandr.so.2 libXrender.so.1 libXcursor.so.1 libXi.so.6 libXfixes.so.3 libXinerama.so.1 libXcomposite.so.1; do
+    touch "$root/usr/lib/i386-linux-gnu/$l"
+  done
+}
+
 no_i386_install() { ! grep -E '^(apt-get|dpkg) ' "$1/calls" | grep -qE 'wine32:i386|add-architecture'; }
 status_zero() { [[ $(cat "$1/status") == 0 ]]; }
 has_line() { grep -qF -- "$2" "$1"; }
+no_line() { ! grep -qF -- "$2" "$1"; }
+no_call() { ! grep -q "^$2 " "$1/calls"; }
+one_line() { [[ $(grep -c "$2" "$1") == 1 ]]; }
+no_foreign_i386() { ! grep -qx i386 "$1/foreign"; }
+interpreter_is() { grep -qxF "# interpreter $2" "$1"; }
+same_file() { [[ -f $1 && ! -L $1 ]] && cmp -s "$1" "$2"; }
 no_file() { [[ ! -e $1 ]]; }
 
 # 1. No 32-bit code here, qemu present, the private root already made: emulated, nothing installed.
 m=$work/emulated
 machine "$m" 0 1 0
 root=$m/cache/i386-wine-8.0~repack-4
-mkdir -p "$root/usr/lib/wine"
-touch "$root/.complete" "$root/usr/lib/tamrix-qemu-fixes.so"
-printf '#!/bin/sh\n' >"$root/usr/lib/wine/wine"
-chmod +x "$root/usr/lib/wine/wine"
+made_root "$m"
 choose "$m"
 check "no-32-bit machine with qemu: setup succeeds" status_zero "$m"
 check "no-32-bit machine with qemu: says the emulated route in one line" \
@@ -87,6 +139,9 @@ check "no-32-bit machine with qemu: leaves the route for the tests" has_line "$m
 check "no-32-bit machine with qemu: no skip reason left" no_file "$m/cwd/build/wine32-missing"
 check "no-32-bit machine with qemu: never adds i386 nor installs wine32:i386" no_i386_install "$m"
 check "no-32-bit machine with qemu: asks arch-test about i386" has_line "$m/calls" "arch-test i386"
+check "no-32-bit machine with qemu, root made: never asks apt-get for anything" no_call "$m" apt-get
+check "no-32-bit machine with qemu: leaves the root's wine as bookworm made it" \
+  interpreter_is "$root/usr/lib/wine/wine" /lib/ld-linux.so.2
 
 # 2. No 32-bit code and no qemu: skipped with the reason, setup still succeeds.
 m=$work/neither
@@ -120,5 +175,78 @@ check "32-bit machine with wine32: says the native route" \
   has_line "$m/out" "setup: 32-bit route: native (this machine runs 32-bit code; wine32:i386 is installed)"
 check "32-bit machine with wine32: leaves the route for the tests" has_line "$m/cwd/build/wine32-route" "native"
 check "32-bit machine with wine32: installs nothing" no_i386_install "$m"
+
+# 5. Runs 32-bit code, no wine32, the host's apt cannot read the i386 index, the root already made:
+#    the private route, the root run natively; the host is put back without i386; qemu unused.
+m=$work/private
+machine "$m" 1 1 0
+root=$m/cache/i386-wine-8.0~repack-4
+made_root "$m"
+choose "$m"
+reason="the Debian archive's i386 index could not be read (Failed to fetch http://deb.debian.org/debian/dists/bookworm/main/binary-i386/Packages.xz  File has unexpected size (2154204 != 2154168). Mirror sync in progress?)"
+check "32-bit machine, wine32:i386 not installable: setup succeeds" status_zero "$m"
+check "32-bit machine, wine32:i386 not installable: tried to install it as root would" \
+  has_line "$m/calls" "dpkg --add-architecture i386"
+check "32-bit machine, wine32:i386 not installable: says the private route and why in one line" \
+  has_line "$m/out" "setup: 32-bit route: private (this machine runs 32-bit x86 code; Debian's wine32:i386 could not be installed: $reason; bookworm's i386 wine32 runs from $root without emulation)"
+check "32-bit machine, wine32:i386 not installable: one route line" one_line "$m/out" "32-bit route:"
+check "32-bit machine, wine32:i386 not installable: never says it runs no 32-bit code" \
+  no_line "$m/out" "runs no 32-bit"
+check "32-bit machine, wine32:i386 not installable: leaves the private route for the tests" \
+  has_line "$m/cwd/build/wine32-route" "private $root"
+check "32-bit machine, wine32:i386 not installable: no skip reason left" no_file "$m/cwd/build/wine32-missing"
+check "32-bit machine, wine32:i386 not installable: the host keeps no i386 architecture" no_foreign_i386 "$m"
+check "32-bit machine, wine32:i386 not installable: the root's loader is copied beside its libraries" \
+  same_file "$root/usr/lib/i386-linux-gnu/tamrix-ld.so.2" "$root/lib/ld-linux.so.2"
+check "32-bit machine, wine32:i386 not installable: the root's wine names that loader" \
+  interpreter_is "$root/usr/lib/wine/wine" "$root/usr/lib/i386-linux-gnu/tamrix-ld.so.2"
+check "32-bit machine, wine32:i386 not installable: no emulator" no_call "$m" qemu-i386
+# Setup runs again on every make test: the prepared root is left as it is.
+: >"$m/calls"
+choose "$m"
+check "32-bit machine, second setup: the private route again" has_line "$m/cwd/build/wine32-route" "private $root"
+check "32-bit machine, second setup: the root's wine is not patched again" no_line "$m/calls" "patchelf --set-interpreter"
+check "32-bit machine, second setup: the root's wine still names the copied loader" \
+  interpreter_is "$root/usr/lib/wine/wine" "$root/usr/lib/i386-linux-gnu/tamrix-ld.so.2"
+
+# 6. The same machine without patchelf: the root cannot run natively; qemu runs it, and the route
+#    line says so truly (this machine does run 32-bit code).
+m=$work/private-no-patchelf
+machine "$m" 1 1 0 0
+root=$m/cache/i386-wine-8.0~repack-4
+made_root "$m"
+choose "$m"
+check "32-bit machine without patchelf: setup succeeds" status_zero "$m"
+check "32-bit machine without patchelf: says the emulated route and the true reason" \
+  has_line "$m/out" "setup: 32-bit route: emulated (this machine runs 32-bit x86 code, but wine32:i386 could not be installed ($reason) and the private root does not run natively (patchelf is missing): qemu-i386 runs bookworm's i386 wine32 from $root)"
+check "32-bit machine without patchelf: never says it runs no 32-bit code" no_line "$m/out" "runs no 32-bit"
+check "32-bit machine without patchelf: leaves the emulated route" has_line "$m/cwd/build/wine32-route" "emulated $root"
+check "32-bit machine without patchelf: the host keeps no i386 architecture" no_foreign_i386 "$m"
+
+# 7. Runs 32-bit code, wine32:i386 not installable and the root cannot be made: skipped with both
+#    reasons, the host put back.
+m=$work/private-unreachable
+machine "$m" 1 1 0
+choose "$m"
+check "32-bit machine, archive unreachable: setup succeeds" status_zero "$m"
+check "32-bit machine, archive unreachable: says why the suites are skipped" \
+  has_line "$m/out" "setup: 32-bit route: none, the 32-bit suites are skipped: the private i386 root could not be made: bookworm's i386 index could not be read"
+check "32-bit machine, archive unreachable: the host keeps no i386 architecture" no_foreign_i386 "$m"
+
+# 8. A root made before it held the X libraries: the private apt (i386 only, its own lists) is asked
+#    for them; when it cannot give them, setup says so and the route stands.
+m=$work/old-root
+machine "$m" 1 1 0
+root=$m/cache/i386-wine-8.0~repack-4
+made_root "$m"
+rm -f "$root/usr/lib/i386-linux-gnu/libXrandr.so.2"
+choose "$m"
+check "root without the X libraries: setup succeeds" status_zero "$m"
+check "root without the X libraries: the private apt is asked for them" \
+  has_line "$m/calls" "apt-get -o APT::Architecture=i386 -o APT::Architectures::=i386 -o Dir::Etc::SourceList=$root.work/apt/etc/sources.list"
+check "root without the X libraries: says what is missing when they cannot be had" \
+  has_line "$m/out" "setup: warning: bookworm's i386 index could not be read"
+check "root without the X libraries: the private route stands" has_line "$m/cwd/build/wine32-route" "private $root"
+check "root without the X libraries: the host keeps no i386 architecture" no_foreign_i386 "$m"
 
 exit $failed
