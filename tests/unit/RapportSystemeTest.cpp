@@ -258,6 +258,19 @@ TEST(SystemReport, WithoutWmiTheProcessorSectionSaysWhyAndKeepsNoLabel) {
   EXPECT_EQ(m.p.priorityClass, 0x20u);  // without the CPU test the priority stays
 }
 
+TEST(SystemReport, AMemoryTickThatWouldEndTheProgramLeavesItsSectionWithTheSentenceAndTheReportGoesOn) {
+  Machine m;
+  // A total of -1 MB as the signed field reads it: the total text is "0", and the free share divides by it.
+  m.p.memory.dwTotalPhys = 0xFFF00000u;
+  m.p.memory.dwAvailPhys = 0;
+  SystemReport r = etat::TakeSystemReport(m.p, false);
+  const Block& home = Section(r, "accueil");
+  EXPECT_EQ(home.missing, "le programme s'arrêterait ici sur cette machine, avec son erreur d'exécution 6 (Overflow).");
+  EXPECT_TRUE(home.shown.empty());
+  EXPECT_EQ(r.sections.size(), 7u);
+  EXPECT_EQ(Line(Section(r, "windows"), "t3"), "Système d'exploitation:            Microsoft Windows XP");
+}
+
 TEST(SystemReport, TheProcessorLabelsStandBesideTheirCaptions) {
   Machine m;
   SystemReport r = etat::TakeSystemReport(m.p, false);
