@@ -44,25 +44,23 @@ prepare_prefix32 "$prefix"
 export WINEPREFIX=$prefix
 wineserver -p  # one server for every run, as on a desktop where Wine is already up
 
-programs=()
+# Each build beside Wine's notepad.exe of its own width, started by a measuring process of that
+# width too: a 64-bit Wine process can't start a 32-bit program where 32-bit Wine is a private root.
+# Then the companion's system report, made by the same pages without their windows: from its start
+# to its end, the report thrown away.
 for exe in "${exes[@]}"; do
-  programs+=("$(tree_of "$exe")/tamrix=$(winepath -w "$root/$exe")")
+  tree=$(tree_of "$exe")
+  bench=$(dirname "$exe")/bench_startup.exe
+  programs=("$tree/tamrix=$(winepath -w "$root/$exe")" "notepad.exe=notepad.exe")
+  report=("$tree/rapport=\"$(winepath -w "$root/$(dirname "$exe")/tamrix-etat.exe")\" rapport")
+  # Each program once before measuring: the first start of a prefix loads and caches its DLLs.
+  tamrix_wine "$bench" --runs 1 "${programs[@]}" >/dev/null
+  tamrix_wine "$bench" --to-exit 1 "${report[@]}" >/dev/null
+  echo "start-up of $tree/tamrix under Wine ($(wine --version)), $runs alternating runs"
+  tamrix_wine "$bench" --runs "$runs" "${programs[@]}" | tr -d '\r'
+  echo "the system report of $tree without the CPU test (tamrix-etat.exe rapport), $runs runs"
+  tamrix_wine "$bench" --to-exit "$runs" "${report[@]}" | tr -d '\r'
 done
-programs+=("notepad.exe=notepad.exe")
-# Each program once before measuring: the first start of a prefix loads and caches its DLLs.
-tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs 1 "${programs[@]}" >/dev/null
-echo "start-up under Wine ($(wine --version)), $runs alternating runs"
-tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --runs "$runs" "${programs[@]}" | tr -d '\r'
-
-# The companion's system report, made by the same pages without their windows, beside the
-# program's start-up above: from its start to its end, the report thrown away.
-reports=()
-for exe in "${exes[@]}"; do
-  reports+=("$(tree_of "$exe")/rapport=\"$(winepath -w "$root/$(dirname "$exe")/tamrix-etat.exe")\" rapport")
-done
-tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --to-exit 1 "${reports[@]}" >/dev/null
-echo "the system report without the CPU test (tamrix-etat.exe rapport), $runs runs"
-tamrix_wine "$(dirname "${exes[0]}")/bench_startup.exe" --to-exit "$runs" "${reports[@]}" | tr -d '\r'
 
 for exe in "${exes[@]}"; do
   echo "where the start-up of $(tree_of "$exe")/tamrix goes (one line a step, median of 5 runs)"
