@@ -276,7 +276,8 @@ w32_fetch_qemu() {
   mkdir -p "$work/x"
   wine32_private_apt "$work" amd64 "$wine32_qemu_suite" || return 1
   if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download qemu-user) >>"$work/apt.log" 2>&1; then
-    echo "qemu-user of $wine32_qemu_suite could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
+    # apt-get update can end well with its index unread ("Err:" lines, warnings): say that first.
+    echo "qemu-user of $wine32_qemu_suite could not be downloaded ($(grep -m1 -E '^(Err:|E:)' -A1 "$work/apt.log" | tr -s ' \n' ' ' | sed 's/ *$//' || true))"
     return 1
   fi
   deb=$(find "$work/apt/archives" -maxdepth 1 -name 'qemu-user_*_amd64.deb' | head -n 1)
