@@ -24,9 +24,10 @@ packages=(
   # audio mixers for Wine
   pulseaudio
   # the 32-bit program's route: arch-test tells whether this machine runs 32-bit x86 code; where it
-  # cannot, qemu-user runs 32-bit Wine by emulation, and gcc-multilib builds the small i386 library
-  # that mends what qemu gets wrong for Wine; where it can but wine32:i386 won't install, patchelf
-  # lets the private root's Wine run natively with the root's own loader
+  # cannot, qemu-i386 runs 32-bit Wine by emulation (bookworm-backports' qemu 10, kept in the
+  # user's cache; bookworm's qemu-user, 7.2, where that cannot be had), and gcc-multilib builds the
+  # small i386 library that mends what qemu gets wrong for Wine; where it can but wine32:i386 won't
+  # install, patchelf lets the private root's Wine run natively with the root's own loader
   arch-test qemu-user gcc-multilib patchelf
   # fr_FR.UTF-8 for glibc
   locales
@@ -90,7 +91,9 @@ fi
 #   emulated  it runs no 32-bit code (most x86_64 kernels of developers' and CI's machines are
 #             built without 32-bit support), or the private root won't run natively: bookworm's
 #             i386 wine32 is unpacked into a private root in the user's cache, outside the
-#             package database, and run by qemu-i386;
+#             package database, and run by the qemu-i386 of bookworm-backports' qemu-user, kept
+#             beside it (or, where that cannot be had, by the host's qemu-i386 7.2, which the
+#             end-to-end tests cannot ask everything of);
 #   skipped   neither can be had; the reason goes to build/wine32-missing and the 32-bit suites
 #             are reported skipped with it.
 # A machine that cannot run 32-bit code never gets the i386 architecture nor wine32:i386: they

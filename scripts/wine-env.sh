@@ -186,7 +186,7 @@ make_prefix() {
 # SIGSEGV and a console program takes half a minute; here only the 32-bit program is emulated and
 # the host's 64-bit Wine serves it, as WoW64 does on 64-bit Windows.
 
-# The route in one line: "emulated ROOT", "private ROOT", "native", or why there is none.
+# The route in one line: "emulated ROOT [QEMU]", "private ROOT", "native", or why there is none.
 wine32_route_line() {
   local here
   here=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -215,7 +215,7 @@ prepare_prefix32() {
   [[ -f $1/.tamrix-wow64 && $(cat "$1/.tamrix-wow64") == "$route" ]] && return 0  # done before, in a kept prefix
   # shellcheck source=scripts/wine32-root.sh
   source "$(dirname "${BASH_SOURCE[0]}")/wine32-root.sh"
-  if ! wine32_fill_syswow64 "${route#* }" "$1"; then
+  if ! wine32_fill_syswow64 "$(wine32_route_root "$route")" "$1"; then
     tamrix_say "the 32-bit DLLs could not be put in $1's syswow64"
     return 1
   fi

@@ -1,10 +1,14 @@
-/* Mends, inside the emulated i386 process, four things qemu-user (7.2) gets wrong for 32-bit Wine.
+/* Mends, inside the emulated i386 process, four things qemu-user gets wrong for 32-bit Wine: the
+ * qemu 10 of bookworm-backports that the emulated route runs, and bookworm's own 7.2, which stands
+ * in where the backport cannot be had. Qemu 10 still gets 2 and 4 wrong and, as 7.2 does, leaves 3
+ * to the kernel; 1 is 7.2's alone (qemu 10 answers a clash with EEXIST as the kernel does, and the
+ * mend gives that same answer there).
  * Built with gcc -m32 into the private i386 root and handed to the guest only, through qemu's -E
  * LD_PRELOAD=..., never through the shell: the 64-bit qemu itself must not try to load it.
  *
- * 1. qemu takes MAP_FIXED_NOREPLACE as a mere hint. Wine reserves its address space with it and,
- *    seeing a mapping land elsewhere, retries with ever smaller pieces: tens of thousands of mmap
- *    calls, a minute per start. The kernel's answer to a clash is EEXIST; we give it.
+ * 1. qemu 7.2 takes MAP_FIXED_NOREPLACE as a mere hint. Wine reserves its address space with it
+ *    and, seeing a mapping land elsewhere, retries with ever smaller pieces: tens of thousands of
+ *    mmap calls, a minute per start. The kernel's answer to a clash is EEXIST; we give it.
  * 2. qemu leaves trapno at -1 in the signal context, and Wine's 32-bit fault handlers decide from
  *    trapno what happened (a page fault, a divide by zero...). We fill it from the signal and its
  *    code before Wine's handler reads it.

@@ -3,7 +3,8 @@
 # tests/setup/wine32-route-test.sh (which calls it with the machine's tools stubbed).
 #
 # Left behind for the tests and the benchmark:
-#   build/wine32-route    "native", "private ROOT" or "emulated ROOT"
+#   build/wine32-route    "native", "private ROOT", "emulated ROOT QEMU" (QEMU: the qemu-i386 of
+#                         bookworm-backports in the cache) or "emulated ROOT" (the host's qemu-i386)
 #   build/wine32-missing  the reason the 32-bit suites are skipped, when they are
 
 wine32_route_file=build/wine32-route
@@ -91,18 +92,18 @@ wine32_fill_syswow64() {
 wine32_root_x_packages=(libxrandr2 libxrender1 libxcursor1 libxi6 libxfixes3 libxinerama1 libxcomposite1)
 wine32_root_x_libraries=(libXrandr.so.2 libXrender.so.1 libXcursor.so.1 libXi.so.6 libXfixes.so.3 libXinerama.so.1 libXcomposite.so.1)
 
-# A private apt: its own sources (bookworm's main archive only, i386 only), lists, cache and an
-# empty package database, so that it resolves the packages' whole i386 closure and downloads it
-# without ever touching the host's. Sets w32_apt_opts; prints the reason and fails when the index
-# cannot be read.
+# A private apt: its own sources (one suite of Debian's main archive, one architecture: bookworm
+# and i386 unless told), lists, cache and an empty package database, so that it resolves the
+# packages' whole closure and downloads it without ever touching the host's. Sets w32_apt_opts;
+# prints the reason and fails when the index cannot be read.
 wine32_private_apt() {
-  local work=$1 apt=$1/apt
+  local work=$1 arch=${2:-i386} suite=${3:-bookworm} apt=$1/apt
   mkdir -p "$apt"/etc/sources.list.d "$apt"/etc/preferences.d "$apt"/lists/partial \
     "$apt"/archives/partial "$apt"/dpkg
   : >"$apt/dpkg/status"
-  echo "deb ${TAMRIX_DEBIAN_MIRROR:-http://deb.debian.org/debian} bookworm main" >"$apt/etc/sources.list"
+  echo "deb ${TAMRIX_DEBIAN_MIRROR:-http://deb.debian.org/debian} $suite main" >"$apt/etc/sources.list"
   w32_apt_opts=(
-    -o "APT::Architecture=i386" -o "APT::Architectures::=i386"
+    -o "APT::Architecture=$arch" -o "APT::Architectures::=$arch"
     -o "Dir::Etc::SourceList=$apt/etc/sources.list" -o "Dir::Etc::SourceParts=$apt/etc/sources.list.d"
     -o "Dir::Etc::Preferences=$apt/etc/preferences" -o "Dir::Etc::PreferencesParts=$apt/etc/preferences.d"
     -o "Dir::State::Lists=$apt/lists" -o "Dir::State::status=$apt/dpkg/status"
@@ -111,7 +112,9 @@ wine32_private_apt() {
     -o "Debug::NoLocking=true" -o "APT::Sandbox::User=root"
   )
   if ! apt-get "${w32_apt_opts[@]}" update >"$work/apt.log" 2>&1; then
-    echo "bookworm's i386 index could not be read ($(grep -m1 -E '^(E|Err):' "$work/apt.log" || true))"
+    local whose="$suite's"
+    [[ $suite == *s ]] && whose="$suite'"
+    echo "$whose $arch index could not be read ($(grep -m1 -E '^(E|Err):' "$work/apt.log" || true))"
     return 1
   fi
 }
@@ -233,6 +236,110 @@ wine32_prepare_private() {
   fi
 }
 
+# ---- the emulator of the emulated route -----------------------------------------------------
+# Bookworm's own qemu-user (7.2) has a fault 32-bit Wine cannot live with: once an emulated process
+# has opened the audio mixers, its next requests to Wine (a volume query most often) hang or crash
+# it, and the program reads the mixers at start-up. qemu 10 of bookworm-backports runs them (20
+# volume queries after the mixers: 11 runs of 11, some 4 s each, where 7.2 hung 2 runs of 3). Its
+# qemu-user is a set of static binaries needing no library: the package is downloaded by the
+# private apt (amd64, bookworm-backports), never installed, and its qemu-i386 alone kept in the
+# cache beside the root. Where it cannot be had the host's qemu-i386 stands in, and the tests leave
+# out what it cannot run.
+wine32_qemu_suite=bookworm-backports
+
+# The version a qemu-i386 says it is (10.0.2), or nothing when it does not run; and its major.
+wine32_qemu_version() { "$1" --version 2>/dev/null | sed -n '1s/^qemu-i386 version \([0-9][0-9.]*\).*/\1/p'; }
+wine32_qemu_major() { local v; v=$(wine32_qemu_version "$1"); echo "${v%%.*}"; }
+
+# The qemu-i386 of the newest backport unpacked in the cache, when it runs.
+wine32_cached_qemu() {
+  local dir
+  dir=$(find "$(wine32_cache_dir)" -maxdepth 1 -name 'qemu-user-*' ! -name '*.work' 2>/dev/null | sort -V | tail -n 1)
+  [[ -n $dir && -f $dir/.complete && -x $dir/qemu-i386 && -n $(wine32_qemu_major "$dir/qemu-i386") ]] || return 1
+  echo "$dir/qemu-i386"
+}
+
+# Downloads qemu-user of bookworm-backports with the private apt and keeps its qemu-i386 in
+# CACHE/qemu-user-VERSION. Prints the path of that qemu-i386; prints the reason and fails otherwise,
+# leaving nothing behind.
+wine32_make_qemu() {
+  local work
+  work=$(wine32_cache_dir)/qemu-user.work
+  w32_fetch_qemu "$work" && return 0
+  rm -rf "$work"
+  return 1
+}
+w32_fetch_qemu() {
+  local cache work=$1 deb version dir
+  cache=$(wine32_cache_dir)
+  rm -rf "$work"
+  mkdir -p "$work/x"
+  wine32_private_apt "$work" amd64 "$wine32_qemu_suite" || return 1
+  if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download qemu-user) >>"$work/apt.log" 2>&1; then
+    # apt-get update can end well with its index unread ("Err:" lines, warnings): say that first.
+    echo "qemu-user of $wine32_qemu_suite could not be downloaded ($(grep -m1 -E '^(Err:|E:)' -A1 "$work/apt.log" | tr -s ' \n' ' ' | sed 's/ *$//' || true))"
+    return 1
+  fi
+  deb=$(find "$work/apt/archives" -maxdepth 1 -name 'qemu-user_*_amd64.deb' | head -n 1)
+  [[ -n $deb ]] || { echo "apt-get left no qemu-user package"; return 1; }
+  # qemu-user_1%3a10.0.2+ds-2+deb13u1~bpo12+1_amd64.deb: the version, the epoch left out of the name.
+  version=$(basename "$deb")
+  version=${version#qemu-user_}
+  version=${version%_amd64.deb}
+  version=${version#*%3a}
+  dir=$cache/qemu-user-$version
+  dpkg -x "$deb" "$work/x" || { echo "dpkg -x failed for $(basename "$deb")"; return 1; }
+  [[ -x $work/x/usr/bin/qemu-i386 ]] || { echo "$(basename "$deb") has no usr/bin/qemu-i386"; return 1; }
+  rm -rf "$dir"
+  mkdir -p "$dir"
+  cp "$work/x/usr/bin/qemu-i386" "$dir/qemu-i386"
+  [[ -n $(wine32_qemu_major "$dir/qemu-i386") ]] || { rm -rf "$dir"; echo "the qemu-i386 of qemu-user $version does not run"; return 1; }
+  echo "qemu-user $version of $wine32_qemu_suite" >"$dir/.complete"
+  rm -rf "$work"
+  echo "$dir/qemu-i386"
+}
+
+# Sets w32_qemu (the path of the backport's qemu-i386, empty for the host's) and w32_qemu_why (why
+# the backport could not be had). Fails, w32_qemu_why saying why, when there is no qemu-i386 at all.
+wine32_pick_qemu() {
+  local out
+  w32_qemu='' w32_qemu_why=''
+  if w32_qemu=$(wine32_cached_qemu); then
+    return 0
+  fi
+  w32_say "fetching qemu-user of $wine32_qemu_suite for its qemu-i386 (once per machine, some 63 MB)"
+  if out=$(wine32_make_qemu); then
+    w32_qemu=$out
+    return 0
+  fi
+  w32_qemu='' w32_qemu_why="$wine32_qemu_suite' qemu-user could not be had: $out"
+  command -v qemu-i386 >/dev/null && return 0
+  w32_qemu_why="qemu-i386 (qemu-user) is missing ($w32_qemu_why)"
+  return 1
+}
+
+# The two halves of an "emulated ROOT [QEMU]" route: the root, and the qemu-i386 to run it with
+# (the host's when the route names none, as routes written before the backport did).
+wine32_route_root() {
+  local rest=${1#emulated }
+  rest=${rest#private }
+  if [[ $1 == "emulated "* && $rest == *" "*/qemu-i386 ]]; then echo "${rest% *}"; else echo "$rest"; fi
+}
+wine32_route_qemu() {
+  local rest=${1#emulated }
+  if [[ $rest == *" "*/qemu-i386 ]]; then echo "${rest##* }"; else command -v qemu-i386 || true; fi
+}
+
+# Succeeds when ROUTE is the emulated one by a qemu-i386 older than 10 (bookworm's 7.2, where the
+# backport could not be had): the end-to-end tests then leave out what its fault keeps from running.
+# TAMRIX_QEMU_I386, which wine32.sh obeys, counts first.
+wine32_route_leaves_out() {
+  local major
+  [[ $1 == "emulated "* ]] || return 1
+  major=$(wine32_qemu_major "${TAMRIX_QEMU_I386:-$(wine32_route_qemu "$1")}")
+  ((${major:-0} < 10))
+}
+
 wine32_build_fixes() {
   local src
   src=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine32-qemu-fixes.c
@@ -276,8 +383,8 @@ wine32_choose_route() {
     private_why=$why
   fi
   root=$(wine32_root_path)
-  if ! ((runs_i386)) && ! command -v qemu-i386 >/dev/null; then
-    wine32_skip "this machine runs no 32-bit x86 code and qemu-i386 (qemu-user) is missing"
+  if ! ((runs_i386)) && ! wine32_pick_qemu; then
+    wine32_skip "this machine runs no 32-bit x86 code and $w32_qemu_why"
     return 0
   fi
   if ! wine32_root_ready "$root"; then
@@ -299,8 +406,8 @@ wine32_choose_route() {
       w32_say "32-bit route: private (this machine runs 32-bit x86 code; Debian's wine32:i386 could not be installed: $private_why; bookworm's i386 wine32 runs from $root without emulation)"
       return 0
     fi
-    if ! command -v qemu-i386 >/dev/null; then
-      wine32_skip "this machine runs 32-bit code, but wine32:i386 could not be installed ($private_why) and the private i386 root does not run natively ($why); qemu-i386 (qemu-user) is missing"
+    if ! wine32_pick_qemu; then
+      wine32_skip "this machine runs 32-bit code, but wine32:i386 could not be installed ($private_why) and the private i386 root does not run natively ($why); $w32_qemu_why"
       return 0
     fi
     private_why="this machine runs 32-bit x86 code, but wine32:i386 could not be installed ($private_why) and the private root does not run natively ($why)"
@@ -309,6 +416,11 @@ wine32_choose_route() {
     wine32_skip "the i386 library that mends qemu could not be rebuilt (gcc -m32; gcc-multilib)"
     return 0
   fi
-  wine32_route "emulated $root"
-  w32_say "32-bit route: emulated (${private_why:-this machine runs no 32-bit x86 code}: qemu-i386 runs bookworm's i386 wine32 from $root)"
+  if [[ -n $w32_qemu ]]; then
+    wine32_route "emulated $root $w32_qemu"
+    w32_say "32-bit route: emulated (${private_why:-this machine runs no 32-bit x86 code}: qemu-i386 $(wine32_qemu_version "$w32_qemu") of $wine32_qemu_suite, $w32_qemu, runs bookworm's i386 wine32 from $root)"
+  else
+    wine32_route "emulated $root"
+    w32_say "32-bit route: emulated (${private_why:-this machine runs no 32-bit x86 code}: qemu-i386 runs bookworm's i386 wine32 from $root), by the host's qemu-i386 $(wine32_qemu_version "$(command -v qemu-i386)"), since $w32_qemu_why; e2e32 leaves out what it cannot run"
+  fi
 }

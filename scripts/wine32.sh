@@ -4,7 +4,9 @@
 #   native          Debian's wine32: plain wine
 #   private ROOT    bookworm's i386 Wine unpacked in ROOT, run natively (its wine names the root's
 #                   own loader as interpreter; setup saw to it)
-#   emulated ROOT   bookworm's i386 Wine unpacked in ROOT, run by qemu-i386
+#   emulated ROOT [QEMU]  bookworm's i386 Wine unpacked in ROOT, run by QEMU (the qemu-i386 of
+#                   bookworm-backports that setup keeps in the cache), or by the host's qemu-i386
+#                   when the route names none
 # usage: scripts/wine32.sh PROGRAM [ARGS...]   (exits 127 with the reason when there is no route)
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -25,10 +27,12 @@ case $route in
     exec "$root/usr/lib/wine/wine" "$@"
     ;;
   "emulated "*)
-    root=${route#emulated }
+    # shellcheck source=scripts/wine32-root.sh
+    source "$here/wine32-root.sh"
+    root=$(wine32_route_root "$route")
     # The guest's own children (the i386 wineserver, subst.exe started by the program) go
     # through qemu again: the preloaded library reads these two to know how.
-    export TAMRIX_QEMU_I386=${TAMRIX_QEMU_I386:-$(command -v qemu-i386)}
+    export TAMRIX_QEMU_I386=${TAMRIX_QEMU_I386:-$(wine32_route_qemu "$route")}
     export TAMRIX_I386_ROOT=$root
     # In a 32-bit prefix the server is the i386 one, emulated too; in a 64-bit prefix the host's
     # own wineserver of the same version serves the 32-bit processes.
