@@ -151,7 +151,20 @@ std::string App::ExePath() {
   return exe ? exe : "tamrix.exe";
 }
 
-bool App::Launch() {
+namespace {
+
+// The program's own mark of a running instance: a named mutex that lives as long as it does.
+bool InstanceRunning() {
+  HANDLE mutex = OpenMutexA(SYNCHRONIZE, FALSE, "Tamrix Utility 3.0 Pro - instance");
+  if (!mutex) return false;
+  CloseHandle(mutex);
+  return true;
+}
+
+}  // namespace
+
+bool App::Launch(bool alongside) {
+  if (!alongside) WaitUntil([] { return !InstanceRunning(); }, 60000);
   std::string line = "\"" + ExePath() + "\"";
   STARTUPINFOA si{};
   si.cb = sizeof si;

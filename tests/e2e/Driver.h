@@ -32,7 +32,11 @@ class App {
 
   static std::string ExePath();  // TAMRIX_EXE
 
-  bool Launch();                 // starts the process, without waiting
+  // Starts the process, without waiting for its window. A scenario starts from a machine where
+  // no earlier instance runs: the start waits for the one a scenario before ended to be gone,
+  // since a program still ending would turn this start into a second instance that leaves at
+  // once. alongside: the scenario wants this start beside a running instance.
+  bool Launch(bool alongside = false);
   bool Start(DWORD timeoutMs = 30000);  // starts it and waits for the main window
   bool WaitMainWindow(DWORD timeoutMs = 30000);
   bool WaitExit(DWORD timeoutMs = 10000);

@@ -38,7 +38,7 @@ TEST(MainWindow, SecondStartShowsNoWindowAndLeavesTheFirstAlone) {
   ASSERT_TRUE(first.Start());
   HWND before = first.Main();
   App second;
-  ASSERT_TRUE(second.Launch());
+  ASSERT_TRUE(second.Launch(/*alongside=*/true));
   EXPECT_TRUE(second.WaitExit(15000)) << "the second instance should leave at once";
   EXPECT_EQ(second.ExitCode(), 0u);
   EXPECT_FALSE(second.WaitMainWindow(0));
