@@ -65,4 +65,12 @@ void EnableProgramWindow(HWND window, bool enabled) {
   boxes.back()->push_back({window, enabled});
 }
 
+void HoldNewWindow(HWND window) {
+  auto& boxes = Standing();
+  if (boxes.empty() || !IsWindowEnabled(window)) return;
+  // The outermost box gives it back: an inner box that goes first leaves it as it is.
+  boxes.front()->push_back({window, true});
+  EnableWindow(window, FALSE);
+}
+
 }  // namespace tamrix::win32

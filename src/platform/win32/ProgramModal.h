@@ -15,4 +15,8 @@ int ProgramModalMessageBox(const char* text, const char* title, UINT style);
 // goes, so that nothing under it takes input and nothing comes back enabled that was disabled.
 void EnableProgramWindow(HWND window, bool enabled);
 
+// A top-level window made while a box stands (the tips window, made once the queue first runs
+// empty) is held as those that were there when the box came: disabled until the last box goes.
+void HoldNewWindow(HWND window);
+
 }  // namespace tamrix::win32

@@ -514,6 +514,7 @@ void Binding::MakeToolTips(HWND formWindow) {
                               CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, formWindow, nullptr, instance_,
                               nullptr);
   SetPropA(formWindow, kToolTipsProp, tips);
+  HoldNewWindow(tips);
   for (auto& peer : peers_)
     if (peer->formWindow == formWindow && peer->hwnd && !peer->tipAnsi.empty()) peer->AddToolTip(tips);
 }
