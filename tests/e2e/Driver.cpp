@@ -26,7 +26,19 @@ std::wstring Wide(const std::string& utf8) {
   return w;
 }
 
+// How much longer than on a native Wine the program may take: TAMRIX_E2E_PATIENCE, a whole factor
+// that the test script sets where the program runs emulated, several times slower.
+DWORD Patience() {
+  static const DWORD factor = [] {
+    const char* v = std::getenv("TAMRIX_E2E_PATIENCE");
+    int n = v ? std::atoi(v) : 1;
+    return static_cast<DWORD>(n >= 1 && n <= 20 ? n : 1);
+  }();
+  return factor;
+}
+
 bool WaitUntil(const std::function<bool()>& done, DWORD timeoutMs) {
+  timeoutMs *= Patience();
   DWORD start = GetTickCount();
   for (;;) {
     if (done()) return true;
@@ -184,7 +196,7 @@ bool App::WaitMainWindow(DWORD timeoutMs) {
 
 bool App::Start(DWORD timeoutMs) { return Launch() && WaitMainWindow(timeoutMs); }
 
-bool App::WaitExit(DWORD timeoutMs) { return WaitForSingleObject(pi_.hProcess, timeoutMs) == WAIT_OBJECT_0; }
+bool App::WaitExit(DWORD timeoutMs) { return WaitForSingleObject(pi_.hProcess, timeoutMs * Patience()) == WAIT_OBJECT_0; }
 
 DWORD App::ExitCode() {
   DWORD code = 0;
