@@ -62,6 +62,11 @@ Shown Rows(const ListBase& list) {
   return s;
 }
 
+// The lines of these controls, in the order given, which is the page's top to bottom.
+void AddTexts(Block& b, std::initializer_list<const Control*> controls) {
+  for (const Control* c : controls) b.shown.push_back(Text(*c));
+}
+
 Shown Bar(const TamrixPBar& bar, const std::string& caption) {
   return {.control = bar.Name(), .caption = caption, .bar = bar.Shown(), .barColor = bar.design().barColor};
 }
@@ -99,9 +104,9 @@ Block Home(Pages& pages, Platform& p) {
   // The monitor's tick traps nothing: a total that reads as 0 would end the program there.
   RunOrNote(b, [&] { home.Timer1Tick(); });
   if (!b.missing.empty()) return b;
-  for (const Label* l : {&home.lcd3, &home.lcd2, &home.lcd1}) b.shown.push_back(Text(*l));
+  AddTexts(b, {&home.lcd3, &home.lcd2, &home.lcd1});
   b.shown.push_back(Bar(home.TamrixPBar2, home.Label17.Caption()));
-  for (const Label* l : {&home.l1, &home.l2, &home.l3, &home.l4, &home.l5, &home.l6}) b.shown.push_back(Text(*l));
+  AddTexts(b, {&home.l1, &home.l2, &home.l3, &home.l4, &home.l5, &home.l6});
   return b;
 }
 
@@ -109,8 +114,7 @@ Block Windows(Pages& pages, Platform& p) {
   InfoWindowsPage page(pages.testLab, p);
   page.InfoWindows();
   Block b{.key = "windows", .title = page.fwindows.Caption()};
-  for (const TextBox* t : {&page.t3, &page.t4, &page.t6, &page.t7, &page.t8, &page.t9, &page.t10, &page.t11})
-    b.shown.push_back(Text(*t));
+  AddTexts(b, {&page.t3, &page.t4, &page.t6, &page.t7, &page.t8, &page.t9, &page.t10, &page.t11});
   return b;
 }
 
@@ -118,8 +122,7 @@ Block Pc(Pages& pages, Platform& p) {
   InfoPcPage page(pages.testLab, p);
   page.InfoPc();
   Block b{.key = "pc", .title = page.pc.Caption()};
-  for (const TextBox* t : {&page.t1, &page.t2, &page.freq, &page.t5, &page.t12, &page.t13, &page.t14, &page.t15})
-    b.shown.push_back(Text(*t));
+  AddTexts(b, {&page.t1, &page.t2, &page.freq, &page.t5, &page.t12, &page.t13, &page.t14, &page.t15});
   return b;
 }
 
@@ -137,7 +140,7 @@ Block Drives(Pages& pages, Platform& p) {
     page.InfoLecteur();
     Block drive{.title = page.Drive1.Drive(), .control = page.Drive1.Name()};
     // The lines top to bottom, as the page stands them.
-    for (const TextBox* t : {&page.d1, &page.d6, &page.d2, &page.d3, &page.d4, &page.d5}) drive.shown.push_back(Text(*t));
+    AddTexts(drive, {&page.d1, &page.d6, &page.d2, &page.d3, &page.d4, &page.d5});
     drive.shown.push_back(Bar(page.TamrixPBar3, "Part libre :"));
     b.blocks.push_back(std::move(drive));
   }

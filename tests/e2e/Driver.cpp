@@ -1,5 +1,6 @@
 #include "e2e/Driver.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <vector>
@@ -24,6 +25,13 @@ std::wstring Wide(const std::string& utf8) {
   std::wstring w(n, L'\0');
   MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), w.data(), n);
   return w;
+}
+
+double FigureAfter(const std::string& line, const std::string& label) {
+  std::string digits = line.substr(std::min(label.size(), line.size()));
+  for (char& c : digits)
+    if (c == ',') c = '.';
+  return std::atof(digits.c_str());
 }
 
 // How much longer than on a native Wine the program may take: TAMRIX_E2E_PATIENCE, a whole factor

@@ -14,6 +14,10 @@ namespace tamrix::e2e {
 std::string Utf8(const std::wstring& w);
 std::wstring Wide(const std::string& utf8);
 
+// The figure behind a label, as the pages write sizes: "Espace Libre :         74892,84", with the
+// decimal comma of the French system.
+double FigureAfter(const std::string& line, const std::string& label);
+
 // Polls until the predicate holds or the time is up.
 bool WaitUntil(const std::function<bool()>& done, DWORD timeoutMs = 10000);
 

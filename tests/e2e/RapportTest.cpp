@@ -35,14 +35,6 @@ std::map<std::string, Lines> Sections(std::string text) {
   return sections;
 }
 
-// A size line's figure ("Espace Libre :         74892,84"), in megabytes.
-double Megabytes(const std::string& line, const std::string& label) {
-  std::string digits = line.substr(label.size());
-  for (char& c : digits)
-    if (c == ',') c = '.';
-  return std::atof(digits.c_str());
-}
-
 class SystemReportOnWine : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -124,8 +116,8 @@ TEST_F(SystemReportOnWine, EveryDriveOfTheReportIsWhatTheDrivePageShowsForIt) {
     // Other programs write to the same disk between the report and the page: a fiftieth of the
     // total, at least 64 MB, is what the free space may move by in between.
     const std::string free = "Espace Libre :         ", total = "Espace Total :         ";
-    double slack = std::max(64.0, Megabytes(block[5].substr(2), total) / 50);
-    EXPECT_NEAR(Megabytes(block[6].substr(2), free), Megabytes(app.Text("d5"), free), slack) << block[6];
+    double slack = std::max(64.0, FigureAfter(block[5].substr(2), total) / 50);
+    EXPECT_NEAR(FigureAfter(block[6].substr(2), free), FigureAfter(app.Text("d5"), free), slack) << block[6];
     EXPECT_EQ(block[7].rfind("  Part libre : ", 0), 0u) << block[7];
   }
 }

@@ -78,10 +78,7 @@ std::optional<std::string> Wmic(const std::string& alias, const std::string& pro
 // A size line as the page writes it, read back as a number (the decimal comma of the French system).
 double SizeOf(const std::string& line, const std::string& label) {
   EXPECT_EQ(line.rfind(label, 0), 0u) << line;
-  std::string digits = line.substr(label.size());
-  for (char& c : digits)
-    if (c == ',') c = '.';
-  return std::atof(digits.c_str());
+  return FigureAfter(line, label);
 }
 
 class TestLabHardware : public ::testing::Test {

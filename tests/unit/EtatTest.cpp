@@ -13,6 +13,7 @@
 #include "etat/Rapport.h"
 #include "etat/Sauvegarde.h"
 #include "fake/FakePlatform.h"
+#include "unit/FileBytes.h"
 #include "fake/RegFileReader.h"
 #include "optimisers/ShellToggles.h"
 #include "platform/Registre.h"
@@ -638,16 +639,6 @@ struct TempDir {
   }
 };
 
-std::string ReadAll(const fs::path& p) {
-  std::FILE* f = std::fopen(p.string().c_str(), "rb");
-  if (!f) return "<absent>";
-  std::string s;
-  char b[4096];
-  std::size_t n;
-  while ((n = std::fread(b, 1, sizeof b, f)) > 0) s.append(b, n);
-  std::fclose(f);
-  return s;
-}
 
 TEST(EtatCommand, NoArgumentAndEtatPrintTheReportOfEveryCatalogue) {
   FakePlatform m;
@@ -737,8 +728,8 @@ TEST(EtatCommand, ABackupWritesTheRegFileTheSystemIniCopyAndSaysHowToRestoreBoth
   std::string reg = (dir.path / "avant.reg").string();
   ASSERT_EQ(etat::Run({"sauvegarde", reg}, m, c.io), kOk) << c.err;
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"avant.reg", "avant.system.ini"}));
-  EXPECT_EQ(ReadAll(dir.path / "avant.system.ini"), "[386Enh]\r\nMaxBps=1200\r\n");
-  std::string text = fake::RegFileLines(ReadAll(dir.path / "avant.reg")).value_or("<no UTF-16 file>");
+  EXPECT_EQ(test::FileBytes(dir.path / "avant.system.ini"), "[386Enh]\r\nMaxBps=1200\r\n");
+  std::string text = fake::RegFileLines(test::FileBytes(dir.path / "avant.reg")).value_or("<no UTF-16 file>");
   std::string restore = "Pour tout remettre : reg import \"" + reg + "\", puis copiez \"" +
                         (dir.path / "avant.system.ini").string() + "\" sur \"C:\\WINDOWS\\system.ini\".";
   std::string admin = "Les clés HKLM et system.ini ne se remettent que depuis une invite de commandes ouverte en administrateur.";
@@ -814,7 +805,7 @@ TEST(EtatCommand, AnExistingFileIsNeverReplacedWithoutTheReplaceOption) {
   { std::FILE* f = std::fopen(reg.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
   EXPECT_EQ(etat::Run({"sauvegarde", reg}, m, c.io), kBadInput);
   EXPECT_EQ(c.err.rfind("tamrix-etat : \"" + reg + "\" existe déjà : ajoutez --remplacer pour le remplacer.", 0), 0u) << c.err;
-  EXPECT_EQ(ReadAll(reg), "hier");
+  EXPECT_EQ(test::FileBytes(reg), "hier");
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"avant.reg"}));
 }
 
@@ -826,7 +817,7 @@ TEST(EtatCommand, AnExistingCopyOfSystemIniIsNeverReplacedWithoutTheReplaceOptio
   std::string copy = (dir.path / "avant.system.ini").string();
   { std::FILE* f = std::fopen(copy.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
   EXPECT_EQ(etat::Run({"sauvegarde", (dir.path / "avant.reg").string()}, m, c.io), kBadInput);
-  EXPECT_EQ(ReadAll(copy), "hier");
+  EXPECT_EQ(test::FileBytes(copy), "hier");
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"avant.system.ini"}));
 }
 
@@ -841,7 +832,7 @@ TEST(EtatCommand, TheFilesTheCataloguesWriteAreRefusedEvenWithTheReplaceOption) 
     c.err.clear();
     EXPECT_EQ(etat::Run({"sauvegarde", path, "--remplacer"}, m, c.io), kBadInput) << name;
     EXPECT_NE(c.err.find("est un fichier qu'écrit le programme lui-même"), std::string::npos) << c.err;
-    EXPECT_EQ(ReadAll(path), "[x]\r\n") << name;
+    EXPECT_EQ(test::FileBytes(path), "[x]\r\n") << name;
     std::remove(path.c_str());
   }
   EXPECT_TRUE(dir.Names().empty());
@@ -870,8 +861,8 @@ TEST(EtatCommand, WithTheReplaceOptionBothEarlierFilesAreReplaced) {
   for (const std::string& path : {reg, copy}) { std::FILE* f = std::fopen(path.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
   ASSERT_EQ(etat::Run({"sauvegarde", "--remplacer", reg}, m, c.io), kOk) << c.err;
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.reg", "s.system.ini"}));
-  EXPECT_EQ(ReadAll(copy), "[386Enh]\r\nMaxBps=1200\r\n");
-  EXPECT_TRUE(fake::ReadRegFile(ReadAll(reg)).has_value());
+  EXPECT_EQ(test::FileBytes(copy), "[386Enh]\r\nMaxBps=1200\r\n");
+  EXPECT_TRUE(fake::ReadRegFile(test::FileBytes(reg)).has_value());
 }
 
 TEST(EtatCommand, AReadOnlyEarlierCopyRefusesTheBackupAndBothEarlierFilesStay) {
@@ -884,8 +875,8 @@ TEST(EtatCommand, AReadOnlyEarlierCopyRefusesTheBackupAndBothEarlierFilesStay) {
   fs::permissions(copy, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove);
   EXPECT_EQ(etat::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kBadInput);
   EXPECT_NE(c.err.find("\"" + copy + "\" est en lecture seule"), std::string::npos) << c.err;
-  EXPECT_EQ(ReadAll(reg), "hier");
-  EXPECT_EQ(ReadAll(copy), "hier");
+  EXPECT_EQ(test::FileBytes(reg), "hier");
+  EXPECT_EQ(test::FileBytes(copy), "hier");
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.reg", "s.system.ini"}));
   fs::permissions(copy, fs::perms::owner_write, fs::perm_options::add);
 }
@@ -921,8 +912,8 @@ TEST(EtatCommand, AFailureAtAnyStepLeavesEveryEarlierFileAsItWas) {
     { std::FILE* f = std::fopen(reg.c_str(), "wb"); std::fputs("reg d'hier", f); std::fclose(f); }
     { std::FILE* f = std::fopen(copy.c_str(), "wb"); std::fputs("copie d'hier", f); std::fclose(f); }
     EXPECT_EQ(etat::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kBadInput) << failAt;
-    EXPECT_EQ(ReadAll(reg), "reg d'hier") << failAt;
-    EXPECT_EQ(ReadAll(copy), "copie d'hier") << failAt;
+    EXPECT_EQ(test::FileBytes(reg), "reg d'hier") << failAt;
+    EXPECT_EQ(test::FileBytes(copy), "copie d'hier") << failAt;
     EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.reg", "s.system.ini"})) << failAt;
   }
 }
@@ -955,7 +946,7 @@ std::vector<fake::RegFileKey> BackupOf(FakePlatform& m, std::vector<std::string>
   args.insert(args.end(), extra.begin(), extra.end());
   EXPECT_EQ(etat::Run(args, m, c.io, ownView), kOk) << c.err;
   if (out) *out = c.out;
-  std::string bytes = ReadAll(dir.path / "b.reg");
+  std::string bytes = test::FileBytes(dir.path / "b.reg");
   auto keys = fake::ReadRegFile(bytes);
   EXPECT_TRUE(keys.has_value()) << fake::RegFileLines(bytes).value_or(bytes);
   return keys.value_or(std::vector<fake::RegFileKey>{});

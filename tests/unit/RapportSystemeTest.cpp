@@ -9,6 +9,7 @@
 #include "etat/RapportSysteme.h"
 #include "fake/FakePlatform.h"
 #include "forms/Form1.h"
+#include "unit/FileBytes.h"
 #include "unit/MixerTestMachines.h"
 
 namespace tamrix {
@@ -426,16 +427,7 @@ struct Folder {
     fs::create_directories(path);
   }
   ~Folder() { fs::remove_all(path); }
-  std::string Read(const std::string& name) const {
-    std::FILE* f = std::fopen((path / name).string().c_str(), "rb");
-    if (!f) return "<absent>";
-    std::string s;
-    char b[4096];
-    std::size_t n;
-    while ((n = std::fread(b, 1, sizeof b, f)) > 0) s.append(b, n);
-    std::fclose(f);
-    return s;
-  }
+  std::string Read(const std::string& name) const { return test::FileBytes(path / name); }
 };
 
 TEST(SystemReportCommand, WithoutAFileTheReportGoesToTheConsole) {
