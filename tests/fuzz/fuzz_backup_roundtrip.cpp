@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "etat/Sauvegarde.h"
+#include "companion/Backup.h"
 #include "fake/RegFileReader.h"
 #include "platform/Utf16.h"
 
@@ -40,11 +40,11 @@ bool FitsALine(const std::string& s) { return s.find_first_of(std::string("\0\r\
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input in{data, size};
-  etat::KeyTree tree;
+  companion::KeyTree tree;
   tree.name = "Fuzz";
   tree.status = status::Success;
   while (in.More() && tree.values.size() < 16) {
-    etat::KeyTree::Value v;
+    companion::KeyTree::Value v;
     v.name = Name(in);
     std::uint8_t kind = in.Byte();
     // Mostly the types that have a form of their own, sometimes any type at all.
@@ -54,19 +54,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::size_t n = in.Byte() % 40; n > 0 && in.More(); --n) v.raw += static_cast<char>(in.Byte());
     tree.values.push_back(v);
   }
-  etat::KeyTree sub;
+  companion::KeyTree sub;
   sub.name = "Sous-clé";
   sub.status = status::Success;
   sub.values = tree.values;
   tree.subkeys.push_back(sub);
 
-  etat::Catalogue c{"Fuzz", "", {}, {}, false, {{hive::LocalMachine, "Software\\Fuzz"}}};
-  etat::CatalogueState state{&c, {}, {}, {tree}};
-  std::string file = etat::Utf16File(etat::RegFileText({state}, {"une ligne d'en-tête"}));
+  companion::Catalogue c{"Fuzz", "", {}, {}, false, {{hive::LocalMachine, "Software\\Fuzz"}}};
+  companion::CatalogueState state{&c, {}, {}, {tree}};
+  std::string file = companion::Utf16File(companion::RegFileText({state}, {"une ligne d'en-tête"}));
   auto keys = fake::ReadRegFile(file);
   if (!keys) __builtin_trap();
 
-  std::vector<etat::KeyTree::Value> expected;
+  std::vector<companion::KeyTree::Value> expected;
   for (const auto& v : tree.values)
     if (FitsALine(v.name)) expected.push_back(v);
   const std::string names[] = {"HKEY_LOCAL_MACHINE\\Software\\Fuzz", "HKEY_LOCAL_MACHINE\\Software\\Fuzz\\Sous-clé"};

@@ -1,9 +1,9 @@
-#include "etat/Rapport.h"
+#include "companion/StateReport.h"
 
 #include <array>
 #include <cstdio>
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 namespace {
 
@@ -262,4 +262,4 @@ std::string JsonReport(const std::vector<CatalogueState>& states, bool admin) {
   return out + "\r\n]}\r\n";
 }
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

@@ -10,7 +10,7 @@
 #include "platform/Platform.h"
 #include "platform/RegValue.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 struct RegistryPlace {
   HKey hive;
@@ -51,4 +51,4 @@ struct Catalogue {
 // Internet row writes.
 std::vector<Catalogue> Catalogues(const std::string& trueText);
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

@@ -1,11 +1,11 @@
-#include "etat/Sauvegarde.h"
+#include "companion/Backup.h"
 
 #include <cstdio>
 #include <map>
 
 #include "platform/Utf16.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 namespace {
 
@@ -202,4 +202,4 @@ std::string RegFileText(const std::vector<CatalogueState>& states, const std::ve
   return out;
 }
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

@@ -1,4 +1,4 @@
-#include "etat/Catalogues.h"
+#include "companion/Catalogues.h"
 
 #include <algorithm>
 
@@ -9,7 +9,7 @@
 #include "shell/Controls.h"
 #include "tools/VirtualDrives.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 namespace {
 
@@ -121,4 +121,4 @@ std::vector<Catalogue> Catalogues(const std::string& trueText) {
   return all;
 }
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

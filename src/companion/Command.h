@@ -10,7 +10,7 @@
 
 #include "platform/Platform.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 inline constexpr int kOk = 0;
 inline constexpr int kBadInput = 2;
@@ -46,4 +46,4 @@ int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::ui
 // The lines of usage.
 extern const char* const kUsage;
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

@@ -1,4 +1,4 @@
-#include "etat/RapportSysteme.h"
+#include "companion/SystemReport.h"
 
 #include <functional>
 #include <initializer_list>
@@ -15,7 +15,7 @@
 #include "sysinfo/InfoWindowsPage.h"
 #include "sysinfo/SoundPage.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 namespace {
 
@@ -240,4 +240,4 @@ SystemReport TakeSystemReport(Platform& real, bool testCpu) {
   return report;
 }
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

@@ -7,11 +7,11 @@
 #include <map>
 
 #include "contract/ExpectedCatalogues.h"
-#include "etat/Catalogues.h"
-#include "etat/Commande.h"
-#include "etat/Etat.h"
-#include "etat/Rapport.h"
-#include "etat/Sauvegarde.h"
+#include "companion/Catalogues.h"
+#include "companion/Command.h"
+#include "companion/CatalogueState.h"
+#include "companion/StateReport.h"
+#include "companion/Backup.h"
 #include "fake/FakePlatform.h"
 #include "unit/FileBytes.h"
 #include "fake/RegFileReader.h"
@@ -19,7 +19,7 @@
 #include "platform/Registre.h"
 #include "platform/Utf16.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 namespace {
 
 namespace fs = std::filesystem;
@@ -643,59 +643,59 @@ struct TempDir {
 TEST(EtatCommand, NoArgumentAndEtatPrintTheReportOfEveryCatalogue) {
   FakePlatform m;
   Console c(m);
-  EXPECT_EQ(etat::Run({}, m, c.io), kOk);
+  EXPECT_EQ(companion::Run({}, m, c.io), kOk);
   EXPECT_TRUE(c.err.empty());
   EXPECT_EQ(c.out.rfind("Optimiseur Windows : registre\r\n", 0), 0u);
   EXPECT_NE(c.out.find("Lecteurs virtuels permanents (clé Run)\r\n"), std::string::npos);
   std::string first = c.out;
   c.out.clear();
-  EXPECT_EQ(etat::Run({"etat"}, m, c.io), kOk);
+  EXPECT_EQ(companion::Run({"etat"}, m, c.io), kOk);
   EXPECT_EQ(c.out, first);
 }
 
 TEST(EtatCommand, JsonOptionPrintsTheJsonReportInEitherOrder) {
   FakePlatform m;
   Console c(m);
-  EXPECT_EQ(etat::Run({"--json"}, m, c.io), kOk);
+  EXPECT_EQ(companion::Run({"--json"}, m, c.io), kOk);
   EXPECT_EQ(c.out.rfind("{\"administrateur\": true, \"catalogues\": [", 0), 0u);
   std::string first = c.out;
   c.out.clear();
-  EXPECT_EQ(etat::Run({"etat", "--json"}, m, c.io), kOk);
+  EXPECT_EQ(companion::Run({"etat", "--json"}, m, c.io), kOk);
   EXPECT_EQ(c.out, first);
   c.out.clear();
-  EXPECT_EQ(etat::Run({"--json", "etat"}, m, c.io), kOk) << c.err;
+  EXPECT_EQ(companion::Run({"--json", "etat"}, m, c.io), kOk) << c.err;
   EXPECT_EQ(c.out, first);
 }
 
 TEST(EtatCommand, AnUnknownCommandGetsAFrenchSentenceAndCode2) {
   FakePlatform m;
   Console c(m);
-  EXPECT_EQ(etat::Run({"restaurer"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"restaurer"}, m, c.io), kBadInput);
   EXPECT_TRUE(c.out.empty());
   EXPECT_EQ(c.err.rfind("tamrix-etat : commande inconnue : \"restaurer\".\r\nUtilisation :\r\n", 0), 0u) << c.err;
   c.err.clear();
-  EXPECT_EQ(etat::Run({"--json", "--json"}, m, c.io), kBadInput);
-  EXPECT_EQ(etat::Run({"--vite"}, m, c.io), kBadInput);
-  EXPECT_EQ(etat::Run({"--vue", "16"}, m, c.io), kBadInput);
-  EXPECT_EQ(etat::Run({"sauvegarde", "a.reg", "--json"}, m, c.io), kBadInput);
-  EXPECT_EQ(etat::Run({"--remplacer"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"--json", "--json"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"--vite"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"--vue", "16"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", "a.reg", "--json"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"--remplacer"}, m, c.io), kBadInput);
   EXPECT_TRUE(c.out.empty());
 }
 
 TEST(EtatCommand, CommandWordsAndOptionsAreTakenInAnyCase) {
   FakePlatform m;
   Console c(m);
-  EXPECT_EQ(etat::Run({"etat"}, m, c.io), kOk);
+  EXPECT_EQ(companion::Run({"etat"}, m, c.io), kOk);
   std::string first = c.out;
   c.out.clear();
-  EXPECT_EQ(etat::Run({"ETAT"}, m, c.io), kOk) << c.err;
+  EXPECT_EQ(companion::Run({"ETAT"}, m, c.io), kOk) << c.err;
   EXPECT_EQ(c.out, first);
   c.out.clear();
-  EXPECT_EQ(etat::Run({"Etat", "--JSON"}, m, c.io), kOk) << c.err;
+  EXPECT_EQ(companion::Run({"Etat", "--JSON"}, m, c.io), kOk) << c.err;
   EXPECT_EQ(c.out.rfind("{", 0), 0u);
   TempDir dir;
   c.out.clear();
-  EXPECT_EQ(etat::Run({"SAUVEGARDE", (dir.path / "s.reg").string()}, m, c.io), kOk) << c.err;
+  EXPECT_EQ(companion::Run({"SAUVEGARDE", (dir.path / "s.reg").string()}, m, c.io), kOk) << c.err;
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.reg"}));
 }
 
@@ -704,19 +704,19 @@ TEST(EtatCommand, AskingForHelpPrintsTheUsageAndSucceeds) {
   Console c(m);
   for (const char* word : {"/?", "-h", "--aide", "-H", "aide"}) {
     c.out.clear();
-    EXPECT_EQ(etat::Run({word}, m, c.io), kOk) << word;
+    EXPECT_EQ(companion::Run({word}, m, c.io), kOk) << word;
     EXPECT_EQ(c.out, kUsage) << word;
   }
-  EXPECT_EQ(etat::Run({"sauvegarde", "-h"}, m, c.io), kOk);
+  EXPECT_EQ(companion::Run({"sauvegarde", "-h"}, m, c.io), kOk);
   EXPECT_TRUE(m.calls.empty()) << "nothing is read for the usage";
 }
 
 TEST(EtatCommand, ABackupWithoutAFileNameGetsAFrenchSentenceAndCode2) {
   FakePlatform m;
   Console c(m);
-  EXPECT_EQ(etat::Run({"sauvegarde"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde"}, m, c.io), kBadInput);
   EXPECT_EQ(c.err.rfind("tamrix-etat : il manque le nom du fichier de sauvegarde.\r\n", 0), 0u) << c.err;
-  EXPECT_EQ(etat::Run({"sauvegarde", ""}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", ""}, m, c.io), kBadInput);
 }
 
 TEST(EtatCommand, ABackupWritesTheRegFileTheSystemIniCopyAndSaysHowToRestoreBoth) {
@@ -726,7 +726,7 @@ TEST(EtatCommand, ABackupWritesTheRegFileTheSystemIniCopyAndSaysHowToRestoreBoth
   Console c(m);
   TempDir dir;
   std::string reg = (dir.path / "avant.reg").string();
-  ASSERT_EQ(etat::Run({"sauvegarde", reg}, m, c.io), kOk) << c.err;
+  ASSERT_EQ(companion::Run({"sauvegarde", reg}, m, c.io), kOk) << c.err;
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"avant.reg", "avant.system.ini"}));
   EXPECT_EQ(test::FileBytes(dir.path / "avant.system.ini"), "[386Enh]\r\nMaxBps=1200\r\n");
   std::string text = fake::RegFileLines(test::FileBytes(dir.path / "avant.reg")).value_or("<no UTF-16 file>");
@@ -750,7 +750,7 @@ TEST(EtatCommand, ABackupNeverWritesToTheRegistryNorToSystemIni) {
   m.CreateKey(CU, kDesktop);
   Console c(m);
   TempDir dir;
-  ASSERT_EQ(etat::Run({"sauvegarde", (dir.path / "s.reg").string()}, m, c.io), kOk);
+  ASSERT_EQ(companion::Run({"sauvegarde", (dir.path / "s.reg").string()}, m, c.io), kOk);
   for (const std::string& call : m.calls) {
     EXPECT_EQ(call.find("RegSetValueExA"), std::string::npos) << call;
     EXPECT_EQ(call.find("RegDelete"), std::string::npos) << call;
@@ -764,7 +764,7 @@ TEST(EtatCommand, WithoutSystemIniTheBackupSaysToDeleteItAfterwards) {
   FakePlatform m;
   Console c(m);
   TempDir dir;
-  ASSERT_EQ(etat::Run({"sauvegarde", (dir.path / "s.reg").string()}, m, c.io), kOk);
+  ASSERT_EQ(companion::Run({"sauvegarde", (dir.path / "s.reg").string()}, m, c.io), kOk);
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.reg"}));
   EXPECT_NE(c.out.find("puis supprimez \"C:\\WINDOWS\\system.ini\" (il n'existait pas lors de la sauvegarde)."),
             std::string::npos)
@@ -777,7 +777,7 @@ TEST(EtatCommand, APathThatCantBeWrittenGetsCode2AndLeavesNothingBehind) {
   Console c(m);
   TempDir dir;
   std::string reg = (dir.path / "pas-de-dossier" / "s.reg").string();
-  EXPECT_EQ(etat::Run({"sauvegarde", reg}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", reg}, m, c.io), kBadInput);
   EXPECT_EQ(c.err.rfind("tamrix-etat : impossible d'écrire \"" + reg + "\"", 0), 0u) << c.err;
   EXPECT_TRUE(dir.Names().empty());
   EXPECT_TRUE(c.out.empty());
@@ -789,7 +789,7 @@ TEST(EtatCommand, WhenTheSecondFileCantBePutInPlaceTheFirstIsNotLeftEither) {
   Console c(m);
   TempDir dir;
   fs::create_directories(dir.path / "s.system.ini" / "occupé");  // a folder stands where the copy goes
-  EXPECT_EQ(etat::Run({"sauvegarde", (dir.path / "s.reg").string()}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", (dir.path / "s.reg").string()}, m, c.io), kBadInput);
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.system.ini"}));
   EXPECT_TRUE(fs::is_directory(dir.path / "s.system.ini"));
 }
@@ -803,7 +803,7 @@ TEST(EtatCommand, AnExistingFileIsNeverReplacedWithoutTheReplaceOption) {
   TempDir dir;
   std::string reg = (dir.path / "avant.reg").string();
   { std::FILE* f = std::fopen(reg.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
-  EXPECT_EQ(etat::Run({"sauvegarde", reg}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", reg}, m, c.io), kBadInput);
   EXPECT_EQ(c.err.rfind("tamrix-etat : \"" + reg + "\" existe déjà : ajoutez --remplacer pour le remplacer.", 0), 0u) << c.err;
   EXPECT_EQ(test::FileBytes(reg), "hier");
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"avant.reg"}));
@@ -816,7 +816,7 @@ TEST(EtatCommand, AnExistingCopyOfSystemIniIsNeverReplacedWithoutTheReplaceOptio
   TempDir dir;
   std::string copy = (dir.path / "avant.system.ini").string();
   { std::FILE* f = std::fopen(copy.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
-  EXPECT_EQ(etat::Run({"sauvegarde", (dir.path / "avant.reg").string()}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", (dir.path / "avant.reg").string()}, m, c.io), kBadInput);
   EXPECT_EQ(test::FileBytes(copy), "hier");
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"avant.system.ini"}));
 }
@@ -830,7 +830,7 @@ TEST(EtatCommand, TheFilesTheCataloguesWriteAreRefusedEvenWithTheReplaceOption) 
     std::string path = (dir.path / name).string();
     { std::FILE* f = std::fopen(path.c_str(), "wb"); std::fputs("[x]\r\n", f); std::fclose(f); }
     c.err.clear();
-    EXPECT_EQ(etat::Run({"sauvegarde", path, "--remplacer"}, m, c.io), kBadInput) << name;
+    EXPECT_EQ(companion::Run({"sauvegarde", path, "--remplacer"}, m, c.io), kBadInput) << name;
     EXPECT_NE(c.err.find("est un fichier qu'écrit le programme lui-même"), std::string::npos) << c.err;
     EXPECT_EQ(test::FileBytes(path), "[x]\r\n") << name;
     std::remove(path.c_str());
@@ -843,10 +843,10 @@ TEST(EtatCommand, NothingIsEverWrittenInTheWindowsDirectory) {
   TempDir dir;
   m.windowsDirectory = dir.path.string();
   Console c(m);
-  EXPECT_EQ(etat::Run({"sauvegarde", (dir.path / "avant.reg").string()}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", (dir.path / "avant.reg").string()}, m, c.io), kBadInput);
   EXPECT_NE(c.err.find("est dans le dossier de Windows"), std::string::npos) << c.err;
   fs::create_directories(dir.path / "sous");
-  EXPECT_EQ(etat::Run({"sauvegarde", (dir.path / "sous" / ".." / "sous" / "avant.reg").string(), "--remplacer"}, m, c.io),
+  EXPECT_EQ(companion::Run({"sauvegarde", (dir.path / "sous" / ".." / "sous" / "avant.reg").string(), "--remplacer"}, m, c.io),
             kBadInput);
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"sous"}));
   EXPECT_TRUE(fs::is_empty(dir.path / "sous"));
@@ -859,7 +859,7 @@ TEST(EtatCommand, WithTheReplaceOptionBothEarlierFilesAreReplaced) {
   TempDir dir;
   std::string reg = (dir.path / "s.reg").string(), copy = (dir.path / "s.system.ini").string();
   for (const std::string& path : {reg, copy}) { std::FILE* f = std::fopen(path.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
-  ASSERT_EQ(etat::Run({"sauvegarde", "--remplacer", reg}, m, c.io), kOk) << c.err;
+  ASSERT_EQ(companion::Run({"sauvegarde", "--remplacer", reg}, m, c.io), kOk) << c.err;
   EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.reg", "s.system.ini"}));
   EXPECT_EQ(test::FileBytes(copy), "[386Enh]\r\nMaxBps=1200\r\n");
   EXPECT_TRUE(fake::ReadRegFile(test::FileBytes(reg)).has_value());
@@ -873,7 +873,7 @@ TEST(EtatCommand, AReadOnlyEarlierCopyRefusesTheBackupAndBothEarlierFilesStay) {
   std::string reg = (dir.path / "s.reg").string(), copy = (dir.path / "s.system.ini").string();
   for (const std::string& path : {reg, copy}) { std::FILE* f = std::fopen(path.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
   fs::permissions(copy, fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write, fs::perm_options::remove);
-  EXPECT_EQ(etat::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kBadInput);
+  EXPECT_EQ(companion::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kBadInput);
   EXPECT_NE(c.err.find("\"" + copy + "\" est en lecture seule"), std::string::npos) << c.err;
   EXPECT_EQ(test::FileBytes(reg), "hier");
   EXPECT_EQ(test::FileBytes(copy), "hier");
@@ -911,7 +911,7 @@ TEST(EtatCommand, AFailureAtAnyStepLeavesEveryEarlierFileAsItWas) {
     std::string reg = (dir.path / "s.reg").string(), copy = (dir.path / "s.system.ini").string();
     { std::FILE* f = std::fopen(reg.c_str(), "wb"); std::fputs("reg d'hier", f); std::fclose(f); }
     { std::FILE* f = std::fopen(copy.c_str(), "wb"); std::fputs("copie d'hier", f); std::fclose(f); }
-    EXPECT_EQ(etat::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kBadInput) << failAt;
+    EXPECT_EQ(companion::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kBadInput) << failAt;
     EXPECT_EQ(test::FileBytes(reg), "reg d'hier") << failAt;
     EXPECT_EQ(test::FileBytes(copy), "copie d'hier") << failAt;
     EXPECT_EQ(dir.Names(), (std::vector<std::string>{"s.reg", "s.system.ini"})) << failAt;
@@ -928,7 +928,7 @@ TEST(EtatCommand, EveryNewFileIsWrittenWholeBeforeAnyEarlierFileMoves) {
   std::string reg = (dir.path / "s.reg").string(), copy = (dir.path / "s.system.ini").string();
   { std::FILE* f = std::fopen(reg.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
   { std::FILE* f = std::fopen(copy.c_str(), "wb"); std::fputs("hier", f); std::fclose(f); }
-  ASSERT_EQ(etat::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kOk) << c.err;
+  ASSERT_EQ(companion::Run({"sauvegarde", reg, "--remplacer"}, m, c.io), kOk) << c.err;
   EXPECT_EQ(files.done, (std::vector<std::string>{"write s.reg.partiel", "write s.system.ini.partiel",
                                                   "move s.reg s.reg.ancien", "move s.system.ini s.system.ini.ancien",
                                                   "move s.reg.partiel s.reg", "move s.system.ini.partiel s.system.ini"}));
@@ -944,7 +944,7 @@ std::vector<fake::RegFileKey> BackupOf(FakePlatform& m, std::vector<std::string>
   TempDir dir;
   std::vector<std::string> args = {"sauvegarde", (dir.path / "b.reg").string()};
   args.insert(args.end(), extra.begin(), extra.end());
-  EXPECT_EQ(etat::Run(args, m, c.io, ownView), kOk) << c.err;
+  EXPECT_EQ(companion::Run(args, m, c.io, ownView), kOk) << c.err;
   if (out) *out = c.out;
   std::string bytes = test::FileBytes(dir.path / "b.reg");
   auto keys = fake::ReadRegFile(bytes);
@@ -996,7 +996,7 @@ TEST(EtatRestore, TheRunKeysDefaultValueIsBackedUpAndShown) {
   EXPECT_FALSE(v->deleted);
   EXPECT_EQ(Utf16LeToUtf8(v->raw), "subst.exe  \"C:\\outils\"");
   Console c(m);
-  ASSERT_EQ(etat::Run({}, m, c.io), kOk);
+  ASSERT_EQ(companion::Run({}, m, c.io), kOk);
   EXPECT_NE(c.out.find("  présent       HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run \"\" | écrirait (varie) | a "
                        "\"subst.exe  \"C:\\outils\"\" (REG_SZ)\r\n"),
             std::string::npos)
@@ -1064,7 +1064,7 @@ TEST(EtatReport, ARowTheProgramsOwnMaskWouldLoseIsRefusedWithTheValueReadStill) 
   m.SetValue(LM, "SYSTEM\\CurrentControlSet\\Control", "WaitToKillAppTimeout", regtype::Sz, "1000");
   m.DenyWrite(LM, "SYSTEM\\CurrentControlSet\\Control");
   Console c(m);
-  ASSERT_EQ(etat::Run({}, m, c.io), kOk);
+  ASSERT_EQ(companion::Run({}, m, c.io), kOk);
   EXPECT_NE(c.out.find("  refusé        HKLM\\SYSTEM\\CurrentControlSet\\Control \"WaitToKillAppTimeout\" | écrirait \"1000\" "
                        "(REG_SZ) | a \"1000\" (REG_SZ)\r\n"),
             std::string::npos)
@@ -1076,7 +1076,7 @@ TEST(EtatReport, AnyOtherFailureShowsItsOwnStatusNotAccessDenied) {
   m.deniedKey = kDesktop;
   m.openStatus = 1018;  // a key marked for deletion
   Console c(m);
-  ASSERT_EQ(etat::Run({}, m, c.io), kOk);
+  ASSERT_EQ(companion::Run({}, m, c.io), kOk);
   EXPECT_NE(c.out.find("  erreur        HKCU\\Control Panel\\Desktop \"MenuShowDelay\" | écrirait \"0\" (REG_SZ) | a "
                        "(illisible : erreur 1018)\r\n"),
             std::string::npos)
@@ -1088,12 +1088,12 @@ TEST(EtatReport, TheLastLineAndTheJsonSayWhetherItRanAsAdministrator) {
   FakePlatform m;
   m.admin = false;
   Console c(m);
-  ASSERT_EQ(etat::Run({}, m, c.io), kOk);
+  ASSERT_EQ(companion::Run({}, m, c.io), kOk);
   std::string last = "Lu sans les droits d'administrateur : les lignes HKLM refusées ici le seraient aussi au programme lancé de même.\r\n";
   ASSERT_GE(c.out.size(), last.size());
   EXPECT_EQ(c.out.substr(c.out.size() - last.size()), last);
   c.out.clear();
-  ASSERT_EQ(etat::Run({"--json"}, m, c.io), kOk);
+  ASSERT_EQ(companion::Run({"--json"}, m, c.io), kOk);
   EXPECT_EQ(c.out.rfind("{\"administrateur\": false, ", 0), 0u) << c.out.substr(0, 60);
 }
 
@@ -1134,10 +1134,10 @@ TEST(EtatViews, TheX8664CompanionSeesThe32BitProgramsRowsOnlyWhenAskedFor) {
   FakePlatform m;
   DriveOfThe32BitProgram(m);
   Console c(m);
-  ASSERT_EQ(etat::Run({}, m, c.io, keyaccess::View64), kOk);
+  ASSERT_EQ(companion::Run({}, m, c.io, keyaccess::View64), kOk);
   EXPECT_EQ(c.out.find("\"z:\""), std::string::npos) << "its own build's view holds nothing";
   c.out.clear();
-  ASSERT_EQ(etat::Run({"--vue", "32"}, m, c.io, keyaccess::View64), kOk);
+  ASSERT_EQ(companion::Run({"--vue", "32"}, m, c.io, keyaccess::View64), kOk);
   EXPECT_NE(c.out.find("présent       HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run \"z:\""), std::string::npos)
       << c.out;
   std::string out;
@@ -1164,4 +1164,4 @@ TEST(EtatViews, A32BitWindowsHasOneViewAndPlainNames) {
 }
 
 }  // namespace
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

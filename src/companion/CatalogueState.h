@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "etat/Catalogues.h"
+#include "companion/Catalogues.h"
 #include "platform/Platform.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 enum class State {
   AlreadySo,   // the machine has one of the values the program would write
@@ -79,4 +79,4 @@ std::string Describe(std::uint32_t type, const std::string& data);
 std::string Describe(std::uint32_t type, const RegValue& value);
 std::string TypeName(std::uint32_t type);
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

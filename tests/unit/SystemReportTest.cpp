@@ -5,8 +5,8 @@
 
 #include <filesystem>
 
-#include "etat/Commande.h"
-#include "etat/RapportSysteme.h"
+#include "companion/Command.h"
+#include "companion/SystemReport.h"
 #include "fake/FakePlatform.h"
 #include "forms/Form1.h"
 #include "unit/FileBytes.h"
@@ -16,9 +16,9 @@ namespace tamrix {
 namespace {
 
 using fake::FakePlatform;
-using etat::Block;
-using etat::Shown;
-using etat::SystemReport;
+using companion::Block;
+using companion::Shown;
+using companion::SystemReport;
 using Lines = std::vector<std::string>;
 using T = WmiValue::Type;
 namespace fs = std::filesystem;
@@ -122,7 +122,7 @@ struct Program {
 
 TEST(SystemReport, TheSectionsComeInTheOrderOfThePages) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   Lines keys, titles;
   for (const Block& b : r.sections) {
     keys.push_back(b.key);
@@ -136,7 +136,7 @@ TEST(SystemReport, TheSectionsComeInTheOrderOfThePages) {
 
 TEST(SystemReport, TheHomeWindowsAndPcSectionsHoldWhatTheirPagesShow) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   Program program(m.p);
   const Block& home = Section(r, "accueil");
   auto& hp = program.form.homePage;
@@ -177,7 +177,7 @@ TEST(SystemReport, TheHomeWindowsAndPcSectionsHoldWhatTheirPagesShow) {
 
 TEST(SystemReport, EveryDriveOfTheListHasItsBlockWithTheLinesItsPageShows) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   Program program(m.p);
   auto& dp = program.form.drivesPage;
   program.form.TamrixCmd3.Click();
@@ -202,7 +202,7 @@ TEST(SystemReport, EveryDriveOfTheListHasItsBlockWithTheLinesItsPageShows) {
 
 TEST(SystemReport, ADriveWithoutAMediumShowsEmptyLinesAndNoSizeNeverTheDriveBefore) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   const Block& d = Section(r, "disques").blocks[2];
   EXPECT_EQ(d.title, "d:");
   EXPECT_EQ(Line(d, "d1"), "");
@@ -216,7 +216,7 @@ TEST(SystemReport, ADriveWithoutAMediumShowsEmptyLinesAndNoSizeNeverTheDriveBefo
 
 TEST(SystemReport, TheBiosReportAndItsTechnologiesAreThoseOfThePageButtons) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   Program program(m.p);
   auto& bp = program.form.biosPage;
   const Block& bios = Section(r, "bios");
@@ -234,7 +234,7 @@ TEST(SystemReport, ABiosObjectWithoutAPropertyKeepsTheSectionWithOneSentenceAndT
   Machine m;
   m.p.wmiClasses["Win32_BIOS"][0].erase("Status");
   m.p.wmiClasses["Win32_BIOS"][0].erase("BiosCharacteristics");
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   const Block& bios = Section(r, "bios");
   for (const Block& part : bios.blocks) {
     EXPECT_EQ(part.missing,
@@ -245,14 +245,14 @@ TEST(SystemReport, ABiosObjectWithoutAPropertyKeepsTheSectionWithOneSentenceAndT
   }
   EXPECT_EQ(Line(Section(r, "processeur"), "Cpu1"), "CPU0");
   EXPECT_FALSE(Section(r, "son").blocks.empty());
-  std::string text = etat::SystemReportText(r);
+  std::string text = companion::SystemReportText(r);
   EXPECT_NE(text.find("  Info Bios\r\n    Absent : le programme s'arrêterait ici"), std::string::npos) << text;
 }
 
 TEST(SystemReport, WithoutWmiTheProcessorSectionSaysWhyAndKeepsNoLabel) {
   Machine m;
   m.p.wmiBindFails = true;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   const Block& cpu = Section(r, "processeur");
   EXPECT_NE(cpu.missing.find("le programme s'arrêterait ici"), std::string::npos);
   EXPECT_TRUE(cpu.shown.empty());
@@ -264,7 +264,7 @@ TEST(SystemReport, AMemoryTickThatWouldEndTheProgramLeavesItsSectionWithTheSente
   // A total of -1 MB as the signed field reads it: the total text is "0", and the free share divides by it.
   m.p.memory.dwTotalPhys = 0xFFF00000u;
   m.p.memory.dwAvailPhys = 0;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   const Block& home = Section(r, "accueil");
   EXPECT_EQ(home.missing, "le programme s'arrêterait ici sur cette machine, avec son erreur d'exécution 6 (Overflow).");
   EXPECT_TRUE(home.shown.empty());
@@ -274,7 +274,7 @@ TEST(SystemReport, AMemoryTickThatWouldEndTheProgramLeavesItsSectionWithTheSente
 
 TEST(SystemReport, TheProcessorLabelsStandBesideTheirCaptions) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   const Block& cpu = Section(r, "processeur");
   Lines lines;
   for (const Shown& s : cpu.shown) lines.push_back(s.caption + " " + s.lines.at(0));
@@ -284,7 +284,7 @@ TEST(SystemReport, TheProcessorLabelsStandBesideTheirCaptions) {
 
 TEST(SystemReport, TheSoundSectionWalksEveryCardDestinationAndSourceAsThePageShowsThem) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   Program program(m.p);
   auto& sp = program.form.soundPage;
   const Block& sound = Section(r, "son");
@@ -310,7 +310,7 @@ TEST(SystemReport, TheSoundSectionWalksEveryCardDestinationAndSourceAsThePageSho
 
 TEST(SystemReport, ADestinationWithoutSourcesListsNoneAndKeepsTheBoxOfTheClassInWords) {
   Machine m;
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   // Choosing the card chooses its first destination and that one's first source: the box stands
   // with the card.
   const Block& card = Section(r, "son").blocks[1];
@@ -328,12 +328,12 @@ TEST(SystemReport, ADestinationWithoutSourcesListsNoneAndKeepsTheBoxOfTheClassIn
 TEST(SystemReport, AMachineWithoutMixersKeepsTheWordsOfTheBoxAndNoCard) {
   Machine m;
   m.p.mixers.clear();
-  SystemReport r = etat::TakeSystemReport(m.p, false);
+  SystemReport r = companion::TakeSystemReport(m.p, false);
   const Block& sound = Section(r, "son");
   EXPECT_EQ(sound.boxes, (Lines{"No Audio Mixers Detected!"}));
   EXPECT_TRUE(sound.blocks.empty());
   EXPECT_TRUE(m.p.boxes.empty());
-  EXPECT_NE(etat::SystemReportText(r).find("Information sur le materiel de son :\r\n  Message : No Audio Mixers Detected!\r\n"),
+  EXPECT_NE(companion::SystemReportText(r).find("Information sur le materiel de son :\r\n  Message : No Audio Mixers Detected!\r\n"),
             std::string::npos);
 }
 
@@ -347,7 +347,7 @@ TEST(SystemReport, TheCpuTestAddsTheScoreItsWordsAndItsPicturesWithoutBoxOrBeep)
     if (n <= 3) return 2000;
     return n <= 3 + 4150000 ? 2000 : 15000;
   };
-  SystemReport r = etat::TakeSystemReport(m.p, true);
+  SystemReport r = companion::TakeSystemReport(m.p, true);
   const Block& cpu = Section(r, "processeur");
   EXPECT_EQ(Line(cpu, "iLabel1"), "42");
   EXPECT_EQ(Of(cpu, "rst").caption, "Appréciation");
@@ -357,7 +357,7 @@ TEST(SystemReport, TheCpuTestAddsTheScoreItsWordsAndItsPicturesWithoutBoxOrBeep)
   EXPECT_EQ(m.p.priorityClass, 128u);  // the count ran at the page's priority
   EXPECT_TRUE(m.p.boxes.empty());
   EXPECT_EQ(m.p.beeps, 0);
-  std::string text = etat::SystemReportText(r);
+  std::string text = companion::SystemReportText(r);
   EXPECT_NE(text.find("  Indice 42\r\n  Appréciation Résultat: performant\r\n  Images allumées : 1 sur 4\r\n"), std::string::npos)
       << text;
   EXPECT_EQ(text.find("Sans le test du processeur"), std::string::npos);
@@ -365,7 +365,7 @@ TEST(SystemReport, TheCpuTestAddsTheScoreItsWordsAndItsPicturesWithoutBoxOrBeep)
 
 TEST(SystemReportForms, TheTextHasOneIndentedLineAControlUnderEachSectionTitle) {
   Machine m;
-  std::string text = etat::SystemReportText(etat::TakeSystemReport(m.p, false));
+  std::string text = companion::SystemReportText(companion::TakeSystemReport(m.p, false));
   EXPECT_EQ(text.rfind("Tamrix Utility 3.0 Pro : rapport système, pris le 21/11/2026 à 20:50:35.\r\n"
                        "Sans le test du processeur (--test-cpu le fait, en 15 secondes).\r\n\r\n"
                        "Mémoire (page d'accueil)\r\n"
@@ -382,7 +382,7 @@ TEST(SystemReportForms, TheTextHasOneIndentedLineAControlUnderEachSectionTitle) 
 
 TEST(SystemReportForms, TheJsonIsPlainAsciiWithOneKeyAControl) {
   Machine m;
-  std::string json = etat::SystemReportJson(etat::TakeSystemReport(m.p, false));
+  std::string json = companion::SystemReportJson(companion::TakeSystemReport(m.p, false));
   for (unsigned char c : json) ASSERT_LT(c, 0x80u);
   EXPECT_NE(json.find("\"lcd3\": \"M\\u00e9moire Vive Totale:     513 Mo\""), std::string::npos) << json;
   EXPECT_NE(json.find("\"TamrixPBar2\": 24.95"), std::string::npos);
@@ -395,7 +395,7 @@ TEST(SystemReportForms, TheJsonIsPlainAsciiWithOneKeyAControl) {
 
 TEST(SystemReportForms, TheHtmlStandsAloneEscapesItsTextAndDrawsEachBar) {
   Machine m;
-  std::string html = etat::SystemReportHtml(etat::TakeSystemReport(m.p, false));
+  std::string html = companion::SystemReportHtml(companion::TakeSystemReport(m.p, false));
   EXPECT_EQ(html.rfind("<!DOCTYPE html>", 0), 0u);
   for (const char* outside : {"<script", "src=", "href=", "url(", "@import"}) EXPECT_EQ(html.find(outside), std::string::npos) << outside;
   std::size_t dials = 0;
@@ -410,9 +410,9 @@ TEST(SystemReportForms, TheHtmlStandsAloneEscapesItsTextAndDrawsEachBar) {
 
 struct Console {
   std::string out, err;
-  etat::Io io;
+  companion::Io io;
   Console() {
-    etat::UseStandardFiles(io);
+    companion::UseStandardFiles(io);
     io.out = [this](const std::string& s) { out += s; };
     io.err = [this](const std::string& s) { err += s; };
     io.toAnsi = [](const std::string& s) { return s; };
@@ -433,7 +433,7 @@ struct Folder {
 TEST(SystemReportCommand, WithoutAFileTheReportGoesToTheConsole) {
   Machine m;
   Console c;
-  EXPECT_EQ(etat::Run({"RAPPORT"}, m.p, c.io), etat::kOk) << c.err;
+  EXPECT_EQ(companion::Run({"RAPPORT"}, m.p, c.io), companion::kOk) << c.err;
   EXPECT_EQ(c.out.rfind("Tamrix Utility 3.0 Pro : rapport système", 0), 0u);
   EXPECT_TRUE(c.err.empty());
 }
@@ -443,16 +443,16 @@ TEST(SystemReportCommand, AFileIsWrittenWholeAndNeverReplacedWithoutBeingTold) {
   Console c;
   Folder dir;
   std::string file = (dir.path / "rapport.txt").string();
-  ASSERT_EQ(etat::Run({"rapport", file}, m.p, c.io), etat::kOk) << c.err;
+  ASSERT_EQ(companion::Run({"rapport", file}, m.p, c.io), companion::kOk) << c.err;
   EXPECT_EQ(c.out, "Rapport écrit dans \"" + file + "\".\r\n");
   std::string first = dir.Read("rapport.txt");
   EXPECT_EQ(first.rfind("\xEF\xBB\xBFTamrix Utility 3.0 Pro : rapport système", 0), 0u);
-  EXPECT_EQ(etat::Run({"rapport", file, "--json"}, m.p, c.io), etat::kBadInput);
+  EXPECT_EQ(companion::Run({"rapport", file, "--json"}, m.p, c.io), companion::kBadInput);
   EXPECT_NE(c.err.find("existe déjà : ajoutez --remplacer pour le remplacer. Rien n'a été écrit."), std::string::npos);
   EXPECT_EQ(dir.Read("rapport.txt"), first);
-  ASSERT_EQ(etat::Run({"rapport", "--json", file, "--remplacer"}, m.p, c.io), etat::kOk) << c.err;
+  ASSERT_EQ(companion::Run({"rapport", "--json", file, "--remplacer"}, m.p, c.io), companion::kOk) << c.err;
   EXPECT_EQ(dir.Read("rapport.txt").rfind("{\"programme\": ", 0), 0u);
-  ASSERT_EQ(etat::Run({"rapport", (dir.path / "r.html").string(), "--html"}, m.p, c.io), etat::kOk);
+  ASSERT_EQ(companion::Run({"rapport", (dir.path / "r.html").string(), "--html"}, m.p, c.io), companion::kOk);
   EXPECT_EQ(dir.Read("r.html").rfind("<!DOCTYPE html>", 0), 0u);
   // Nothing else is left beside them.
   std::size_t files = 0;
@@ -463,7 +463,7 @@ TEST(SystemReportCommand, AFileIsWrittenWholeAndNeverReplacedWithoutBeingTold) {
 TEST(SystemReportCommand, AFileOfTheProgramsOwnIsNeverTheReport) {
   Machine m;
   Console c;
-  EXPECT_EQ(etat::Run({"rapport", "C:\\WINDOWS\\system.ini", "--remplacer"}, m.p, c.io), etat::kBadInput);
+  EXPECT_EQ(companion::Run({"rapport", "C:\\WINDOWS\\system.ini", "--remplacer"}, m.p, c.io), companion::kBadInput);
   EXPECT_NE(c.err.find("est un fichier qu'écrit le programme lui-même"), std::string::npos) << c.err;
 }
 
@@ -484,7 +484,7 @@ TEST(SystemReportCommand, BadInputGetsASentenceAndExitCodeTwo) {
   };
   for (const Case& k : cases) {
     Console c;
-    EXPECT_EQ(etat::Run(k.args, m.p, c.io), etat::kBadInput) << k.sentence;
+    EXPECT_EQ(companion::Run(k.args, m.p, c.io), companion::kBadInput) << k.sentence;
     EXPECT_EQ(c.err.rfind(k.sentence, 0), 0u) << c.err;
     EXPECT_TRUE(c.out.empty());
   }

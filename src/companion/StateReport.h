@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "etat/Etat.h"
+#include "companion/CatalogueState.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 // The French word of a state, as the report prints it.
 std::string StateWord(State s);
@@ -25,4 +25,4 @@ std::string JsonReport(const std::vector<CatalogueState>& states, bool admin);
 // A JSON string of a UTF-8 text, in plain ASCII (\uXXXX for the rest).
 std::string JsonString(const std::string& s);
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

@@ -1,4 +1,4 @@
-#include "etat/Etat.h"
+#include "companion/CatalogueState.h"
 
 #include <cstdio>
 
@@ -6,7 +6,7 @@
 #include "platform/Registre.h"
 #include "platform/Utf16.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 namespace {
 
@@ -232,4 +232,4 @@ std::string Describe(std::uint32_t type, const RegValue& value) {
   return Quoted(value.ToText()) + " (" + TypeName(type) + ")";
 }
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

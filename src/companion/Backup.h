@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "etat/Etat.h"
+#include "companion/CatalogueState.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 struct Naming {
   // The 32-bit view of a 64-bit Windows: HKLM\Software is named under WOW6432Node, where any
@@ -36,4 +36,4 @@ std::string Utf16File(const std::string& utf8);
 // The key's name in the file, after its hive's full name.
 std::string KeyName(HKey hive, const std::string& keyPath, Naming naming);
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

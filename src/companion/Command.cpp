@@ -1,16 +1,16 @@
-#include "etat/Commande.h"
+#include "companion/Command.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
-#include "etat/Catalogues.h"
-#include "etat/Etat.h"
-#include "etat/Rapport.h"
-#include "etat/RapportSysteme.h"
-#include "etat/Sauvegarde.h"
+#include "companion/Catalogues.h"
+#include "companion/CatalogueState.h"
+#include "companion/StateReport.h"
+#include "companion/SystemReport.h"
+#include "companion/Backup.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 const char* const kUsage =
     "Utilisation :\r\n"
@@ -411,4 +411,4 @@ int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::ui
   return kOk;
 }
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

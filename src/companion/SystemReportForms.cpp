@@ -2,11 +2,11 @@
 #include <cmath>
 #include <cstdio>
 
-#include "etat/Rapport.h"
-#include "etat/RapportSysteme.h"
+#include "companion/StateReport.h"
+#include "companion/SystemReport.h"
 #include "platform/Runtime.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 namespace {
 
@@ -262,4 +262,4 @@ std::string SystemReportHtml(const SystemReport& r) {
   return out + "</body>\n</html>\n";
 }
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

@@ -10,7 +10,7 @@
 
 #include "platform/Platform.h"
 
-namespace tamrix::etat {
+namespace tamrix::companion {
 
 // What one control of a page shows.
 struct Shown {
@@ -53,4 +53,4 @@ std::string SystemReportJson(const SystemReport& report);
 // pages draw them.
 std::string SystemReportHtml(const SystemReport& report);
 
-}  // namespace tamrix::etat
+}  // namespace tamrix::companion

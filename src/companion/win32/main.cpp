@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "etat/Commande.h"
+#include "companion/Command.h"
 #include "platform/win32/Ansi.h"
 #include "platform/win32/Win32Platform.h"
 
@@ -47,8 +47,8 @@ void Write(DWORD which, const std::string& utf8) {
 
 int main(int argc, char** argv) {
   tamrix::win32::Win32Platform platform;
-  tamrix::etat::Io io;
-  tamrix::etat::UseStandardFiles(io);  // reading; the rest is the system's own
+  tamrix::companion::Io io;
+  tamrix::companion::UseStandardFiles(io);  // reading; the rest is the system's own
   io.out = [](const std::string& s) { Write(STD_OUTPUT_HANDLE, s); };
   io.err = [](const std::string& s) { Write(STD_ERROR_HANDLE, s); };
   io.toAnsi = [](const std::string& s) { return tamrix::win32::ToAnsi(s); };
@@ -81,5 +81,5 @@ int main(int argc, char** argv) {
   // The program of the same build writes this view: the i686 one is redirected to the 32-bit
   // view on a 64-bit Windows, the x86_64 one writes the 64-bit view.
   constexpr std::uint32_t ownView = sizeof(void*) == 4 ? tamrix::keyaccess::View32 : tamrix::keyaccess::View64;
-  return tamrix::etat::Run(args, platform, io, ownView);
+  return tamrix::companion::Run(args, platform, io, ownView);
 }
