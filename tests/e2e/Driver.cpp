@@ -411,11 +411,15 @@ void MouseClick(HWND window) {
   SendInput(1, &in[1], sizeof(INPUT));
 }
 
-void Screenshot(const std::string& name) {
+namespace {
+
+// Saves a part of the screen as a BMP in TAMRIX_SHOTS.
+void SaveScreen(const std::string& name, RECT r) {
   const char* dir = std::getenv("TAMRIX_SHOTS");
   if (!dir) return;
   Sleep(300);  // let the last paint land
-  int w = GetSystemMetrics(SM_CXSCREEN), h = GetSystemMetrics(SM_CYSCREEN);
+  int w = r.right - r.left, h = r.bottom - r.top;
+  if (w <= 0 || h <= 0) return;
   HDC screen = GetDC(nullptr);
   HDC mem = CreateCompatibleDC(screen);
   BITMAPINFO bi{};
@@ -423,7 +427,7 @@ void Screenshot(const std::string& name) {
   void* bits = nullptr;
   HBITMAP dib = CreateDIBSection(screen, &bi, DIB_RGB_COLORS, &bits, nullptr, 0);
   HGDIOBJ old = SelectObject(mem, dib);
-  BitBlt(mem, 0, 0, w, h, screen, 0, 0, SRCCOPY);
+  BitBlt(mem, 0, 0, w, h, screen, r.left, r.top, SRCCOPY);
   GdiFlush();
   DWORD stride = ((w * 3 + 3) / 4) * 4, size = stride * h;
   BITMAPFILEHEADER fh{0x4D42, static_cast<DWORD>(sizeof fh + sizeof bi.bmiHeader + size), 0, 0,
@@ -436,6 +440,23 @@ void Screenshot(const std::string& name) {
   DeleteObject(dib);
   DeleteDC(mem);
   ReleaseDC(nullptr, screen);
+}
+
+}  // namespace
+
+void Screenshot(const std::string& name) {
+  SaveScreen(name, {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)});
+}
+
+void WindowShot(HWND window, const std::string& name) {
+  RECT r{};
+  if (!GetWindowRect(window, &r)) return;
+  // Only what lies on the screen.
+  r.left = std::max<LONG>(r.left, 0);
+  r.top = std::max<LONG>(r.top, 0);
+  r.right = std::min<LONG>(r.right, GetSystemMetrics(SM_CXSCREEN));
+  r.bottom = std::min<LONG>(r.bottom, GetSystemMetrics(SM_CYSCREEN));
+  SaveScreen(name, r);
 }
 
 COLORREF ScreenPixel(int x, int y) {

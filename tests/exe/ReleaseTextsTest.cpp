@@ -3,6 +3,7 @@
 // points to the companion that shows which rows a click would lose.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -42,6 +43,25 @@ TEST(ReleaseTexts, TheUsersReadmeNamesTheCompanionAndTheRowsAClickWouldLose) {
   // The release carries what the readme names.
   const std::string dist = Read("scripts/dist.sh");
   EXPECT_TRUE(Has(dist, "tamrix-{version}/tamrix-etat.exe"));
+}
+
+TEST(ReleaseTexts, TheUsersReadmeIsShortAndShowsTheCompanionsMenuAndHowToPutEverythingBack) {
+  const std::string readme = Read("resources/dist/LISEZMOI.txt");
+  EXPECT_LE(std::count(readme.begin(), readme.end(), '\n'), 80);
+  // The menu as the companion shows it after a double-click.
+  EXPECT_TRUE(Has(readme, "  1  Ce que chaque optimisation changerait sur cette machine\n"));
+  EXPECT_TRUE(Has(readme, "  2  Sauvegarder les valeurs actuelles sur le Bureau, pour tout remettre plus tard\n"));
+  EXPECT_TRUE(Has(readme, "  3  Le rapport système sur le Bureau, ouvert dans le navigateur\n"));
+  EXPECT_TRUE(Has(readme, "  0  Quitter (ou Q, ou Échap)\n"));
+  EXPECT_TRUE(Has(readme, "reg import \"Tamrix sauvegarde DATE.reg\""));
+  EXPECT_TRUE(Has(readme, "DATE.system.ini » sur system.ini"));
+  // No line runs past a hundred letters: Notepad shows it without wrapping.
+  std::size_t start = 0;
+  for (std::size_t end; (end = readme.find('\n', start)) != std::string::npos; start = end + 1) {
+    std::string line = readme.substr(start, end - start);
+    std::size_t letters = std::count_if(line.begin(), line.end(), [](char c) { return (c & 0xC0) != 0x80; });
+    EXPECT_LE(letters, 100u) << line;
+  }
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "companion/StateReport.h"
 #include "companion/Backup.h"
 #include "fake/FakePlatform.h"
+#include "unit/CompanionConsole.h"
 #include "unit/FileBytes.h"
 #include "fake/RegFileReader.h"
 #include "optimisers/ShellToggles.h"
@@ -22,8 +23,6 @@
 namespace tamrix::companion {
 namespace {
 
-namespace fs = std::filesystem;
-using fake::FakePlatform;
 const HKey CU = hive::CurrentUser, LM = hive::LocalMachine;
 
 const char* const kDesktop = "Control Panel\\Desktop";
@@ -600,44 +599,6 @@ TEST(EtatBackup, AValueReadWhereTheProgramsMaskIsRefusedIsStillBackedUp) {
 
 // --- the command ----------------------------------------------------------------------------
 
-struct Console {
-  std::string out, err;
-  std::map<std::string, std::string> ansiNames;  // what toAnsi gives for a few texts
-  Io io;
-  explicit Console(FakePlatform& m) {
-    UseStandardFiles(io);
-    io.out = [this](const std::string& s) { out += s; };
-    io.err = [this](const std::string& s) { err += s; };
-    io.toAnsi = [](const std::string& s) { return s; };
-    io.fromAnsi = [](const std::string& s) { return s; };
-    // The fake's Windows directory is not on disk: system.ini is its profile file.
-    auto disk = io.readFile;
-    io.readFile = [&m, disk](const std::string& path) -> std::optional<std::string> {
-      if (path.rfind("C:\\", 0) == 0) {
-        if (!m.HasFile(path)) return std::nullopt;
-        return m.File(path);
-      }
-      return disk(path);
-    };
-  }
-};
-
-struct TempDir {
-  fs::path path;
-  TempDir() {
-    path = fs::temp_directory_path() / ("tamrix-etat-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                                        "-" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::remove_all(path);
-    fs::create_directories(path);
-  }
-  ~TempDir() { fs::remove_all(path); }
-  std::vector<std::string> Names() const {
-    std::vector<std::string> names;
-    for (const auto& e : fs::directory_iterator(path)) names.push_back(e.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-};
 
 
 TEST(EtatCommand, NoArgumentAndEtatPrintTheReportOfEveryCatalogue) {

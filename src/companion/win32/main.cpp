@@ -9,10 +9,12 @@
 // them right. The JSON report is ASCII, the same in every code page.
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "companion/Command.h"
+#include "companion/Menu.h"
 #include "platform/win32/Ansi.h"
 #include "platform/win32/Win32Platform.h"
 
@@ -41,6 +43,32 @@ void Write(DWORD which, const std::string& utf8) {
   std::string bytes(n, '\0');
   WideCharToMultiByte(cp, 0, w.data(), static_cast<int>(w.size()), bytes.data(), n, nullptr, nullptr);
   WriteFile(h, bytes.data(), static_cast<DWORD>(bytes.size()), &done, nullptr);
+}
+
+// Started from Explorer: a console of its own, which no other process shares and which closes
+// with the program, and the keyboard and screen both that console's. Started from a command
+// prompt, or with its output going to a file or a pipe, the companion stays a command.
+bool OwnConsole() {
+  DWORD processes[2];
+  DWORD mode = 0;
+  return GetConsoleProcessList(processes, 2) == 1 && GetConsoleMode(GetStdHandle(STD_INPUT_HANDLE), &mode) &&
+         GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode);
+}
+
+// One key at a time, as it is pressed, without waiting for Enter and without echo; Escape comes
+// as a key too. Ctrl+Z is the console's end of input.
+std::optional<char32_t> ReadKey() {
+  HANDLE in = GetStdHandle(STD_INPUT_HANDLE);
+  for (;;) {
+    INPUT_RECORD record;
+    DWORD read = 0;
+    if (!ReadConsoleInputW(in, &record, 1, &read) || read == 0) return std::nullopt;
+    if (record.EventType != KEY_EVENT || !record.Event.KeyEvent.bKeyDown) continue;
+    wchar_t c = record.Event.KeyEvent.uChar.UnicodeChar;
+    if (record.Event.KeyEvent.wVirtualKeyCode == VK_ESCAPE) return char32_t{0x1B};
+    if (c == 0x1A) return std::nullopt;
+    if (c != 0) return static_cast<char32_t>(c);
+  }
 }
 
 }  // namespace
@@ -81,5 +109,9 @@ int main(int argc, char** argv) {
   // The program of the same build writes this view: the i686 one is redirected to the 32-bit
   // view on a 64-bit Windows, the x86_64 one writes the 64-bit view.
   constexpr std::uint32_t ownView = sizeof(void*) == 4 ? tamrix::keyaccess::View32 : tamrix::keyaccess::View64;
+  if (args.empty() && OwnConsole()) {
+    SetConsoleTitleW(L"Tamrix Utility 3.0 Pro");
+    return tamrix::companion::Menu(platform, io, {ReadKey}, ownView);
+  }
   return tamrix::companion::Run(args, platform, io, ownView);
 }
