@@ -1,6 +1,6 @@
 # The two everyday commands: `make run` and `make test`. They install what is
 # missing on a Debian machine (as root), so nothing needs setting up first.
-.PHONY: build run test clean fuzz bench dist
+.PHONY: build run test clean fuzz bench dist screenshots
 
 build:
 	bash scripts/build.sh
@@ -22,3 +22,6 @@ bench:
 
 dist:
 	bash scripts/dist.sh
+
+screenshots:
+	bash scripts/screenshots.sh

@@ -15,9 +15,9 @@ bash scripts/setup.sh
 cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
 ninja -C build/bench benchmarks
 build/bench/benchmarks --benchmark_repetitions=3 --benchmark_report_aggregates_only=true
-bash scripts/build.sh -t tamrix -t bench_startup -t bench_optimiser_apply -t bench_cpu_loop win64 win32
+bash scripts/build.sh -t tamrix -t tamrix-etat -t bench_startup -t bench_optimiser_apply -t bench_cpu_loop win64 win32
 echo
-bash scripts/bench-exe.sh build/win32/tamrix.exe build/win64/tamrix.exe
+bash scripts/bench-exe.sh
 exes=(build/win64/tamrix.exe)
 if [[ -s build/wine32-route ]]; then
   exes+=(build/win32/tamrix.exe)

@@ -142,6 +142,8 @@ lines_suite() {
 
 # The 32-bit route's choice, on made-up machines.
 lines_suite setup-route "$results/setup-route.log" bash tests/setup/wine32-route-test.sh
+# The README and the documents it links, and the gallery's pictures.
+lines_suite docs "$results/docs.log" python3 tests/docs/check-docs.py
 
 # ---- build -------------------------------------------------------------------
 for tree in native win64 win32; do

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <filesystem>
 
 #include "companion/Catalogues.h"
 #include "companion/CatalogueState.h"
@@ -26,51 +25,6 @@ const char* const kUsage =
     "  --vue 32 ou 64 : la vue du registre qu'écrit le programme 32 ou 64 bits\r\n"
     "      (par défaut, celle du programme de la même version que celle-ci)\r\n"
     "  -h, --aide : cette aide\r\n";
-
-void UseStandardFiles(Io& io) {
-  namespace fs = std::filesystem;
-  io.readFile = [](const std::string& path) -> std::optional<std::string> {
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) return std::nullopt;
-    std::string bytes;
-    char buffer[65536];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, f)) > 0) bytes.append(buffer, n);
-    bool ok = !std::ferror(f);
-    std::fclose(f);
-    if (!ok) return std::nullopt;
-    return bytes;
-  };
-  io.writeFile = [](const std::string& path, const std::string& bytes) {
-    std::FILE* f = std::fopen(path.c_str(), "wbx");  // never one that stands there
-    if (!f) return false;
-    bool ok = std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size();
-    ok = std::fflush(f) == 0 && ok;
-    ok = std::fclose(f) == 0 && ok;
-    return ok;
-  };
-  io.moveFile = [](const std::string& from, const std::string& to) {
-    std::error_code e;
-    if (fs::exists(fs::symlink_status(to, e))) return false;
-    fs::rename(from, to, e);
-    return !e;
-  };
-  io.removeFile = [](const std::string& path) { std::remove(path.c_str()); };
-  io.exists = [](const std::string& path) {
-    std::error_code e;
-    return fs::exists(fs::symlink_status(path, e));
-  };
-  io.readOnly = [](const std::string& path) {
-    std::error_code e;
-    auto st = fs::status(path, e);
-    return !e && fs::is_regular_file(st) && (st.permissions() & fs::perms::owner_write) == fs::perms::none;
-  };
-  io.fullPath = [](const std::string& path) {
-    std::error_code e;
-    auto full = fs::absolute(path, e);
-    return e ? path : full.lexically_normal().string();
-  };
-}
 
 namespace {
 

@@ -449,8 +449,10 @@ void Screenshot(const std::string& name) {
 }
 
 void WindowShot(HWND window, const std::string& name) {
+  // The client area: the title bar is the window manager's, and a display without one leaves it black.
   RECT r{};
-  if (!GetWindowRect(window, &r)) return;
+  if (!GetClientRect(window, &r)) return;
+  MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&r), 2);
   // Only what lies on the screen.
   r.left = std::max<LONG>(r.left, 0);
   r.top = std::max<LONG>(r.top, 0);

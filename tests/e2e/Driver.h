@@ -101,7 +101,7 @@ HWND WaitChild(HWND parent, const std::string& designName, DWORD timeoutMs = 500
 // A picture of the whole screen, saved as a BMP in TAMRIX_SHOTS (the test script turns it into
 // a PNG). Returns the pixels' reader for checks.
 void Screenshot(const std::string& name);
-// The same, of one window alone as the screen shows it.
+// The same, of one window's client area alone as the screen shows it.
 void WindowShot(HWND window, const std::string& name);
 COLORREF ScreenPixel(int x, int y);
 

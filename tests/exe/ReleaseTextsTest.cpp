@@ -50,7 +50,7 @@ TEST(ReleaseTexts, TheUsersReadmeIsShortAndShowsTheCompanionsMenuAndHowToPutEver
   EXPECT_LE(std::count(readme.begin(), readme.end(), '\n'), 80);
   // The menu as the companion shows it after a double-click.
   EXPECT_TRUE(Has(readme, "  1  Ce que chaque optimisation changerait sur cette machine\n"));
-  EXPECT_TRUE(Has(readme, "  2  Sauvegarder les valeurs actuelles sur le Bureau, pour tout remettre plus tard\n"));
+  EXPECT_TRUE(Has(readme, "  2  Une sauvegarde sur le Bureau, pour tout remettre comme avant\n"));
   EXPECT_TRUE(Has(readme, "  3  Le rapport système sur le Bureau, ouvert dans le navigateur\n"));
   EXPECT_TRUE(Has(readme, "  0  Quitter (ou Q, ou Échap)\n"));
   EXPECT_TRUE(Has(readme, "reg import \"Tamrix sauvegarde DATE.reg\""));

@@ -19,7 +19,7 @@ const std::string kMenu =
     "Tamrix Utility 3.0 Pro : le compagnon\r\n"
     "\r\n"
     "  1  Ce que chaque optimisation changerait sur cette machine\r\n"
-    "  2  Sauvegarder les valeurs actuelles sur le Bureau, pour tout remettre plus tard\r\n"
+    "  2  Une sauvegarde sur le Bureau, pour tout remettre comme avant\r\n"
     "  3  Le rapport système sur le Bureau, ouvert dans le navigateur\r\n"
     "  0  Quitter (ou Q, ou Échap)\r\n"
     "\r\n"

@@ -76,7 +76,19 @@ std::optional<char32_t> ReadKey() {
 int main(int argc, char** argv) {
   tamrix::win32::Win32Platform platform;
   tamrix::companion::Io io;
-  tamrix::companion::UseStandardFiles(io);  // reading; the rest is the system's own
+  io.readFile = [](const std::string& path) -> std::optional<std::string> {
+    HANDLE h = CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                           FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (h == INVALID_HANDLE_VALUE) return std::nullopt;
+    std::string bytes;
+    char buffer[65536];
+    DWORD n = 0;
+    bool ok = true;
+    while ((ok = ReadFile(h, buffer, sizeof buffer, &n, nullptr)) && n > 0) bytes.append(buffer, n);
+    CloseHandle(h);
+    if (!ok) return std::nullopt;
+    return bytes;
+  };
   io.out = [](const std::string& s) { Write(STD_OUTPUT_HANDLE, s); };
   io.err = [](const std::string& s) { Write(STD_ERROR_HANDLE, s); };
   io.toAnsi = [](const std::string& s) { return tamrix::win32::ToAnsi(s); };
