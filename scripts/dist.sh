@@ -14,6 +14,15 @@ bash scripts/setup.sh
 bash scripts/build.sh -t tamrix -t tamrix-etat win32 win64
 
 version=3.0
+# Every program shipped is 2 MB (2,000,000 bytes) or less: a release over it is not written.
+for exe in build/win32/tamrix.exe build/win32/tamrix-etat.exe build/win64/tamrix.exe build/win64/tamrix-etat.exe; do
+  bytes=$(stat -c %s "$exe")
+  printf '%-28s %9d bytes\n' "$exe" "$bytes"
+  if ((bytes > 2000000)); then
+    echo "dist.sh: $exe is over 2 MB; no release written" >&2
+    exit 1
+  fi
+done
 rm -rf dist
 mkdir -p dist
 python3 - "$version" <<'PY'

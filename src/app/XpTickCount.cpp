@@ -1,4 +1,4 @@
-// The 32-bit program starts on Windows XP, whose KERNEL32 has no GetTickCount64. The C++ runtime
+// The 32-bit programs (tamrix.exe and its companion) start on Windows XP, whose KERNEL32 has no GetTickCount64. The C++ runtime
 // links the POSIX thread library for its locks, and that library times its waits with
 // GetTickCount64: left alone, the loader would refuse the program on XP before WinMain. So the
 // program answers that import itself: Windows' own function where the system has it, and on XP

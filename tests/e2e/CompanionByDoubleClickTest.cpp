@@ -47,17 +47,14 @@ DWORD CompanionPid() {
 }
 
 // The console window the companion's menu names itself in.
+BOOL CALLBACK TakeConsoleWindow(HWND h, LPARAM found) {
+  if (IsWindowVisible(h) && TextOf(h) == "Tamrix Utility 3.0 Pro") *reinterpret_cast<HWND*>(found) = h;
+  return TRUE;
+}
 HWND ConsoleWindow() {
-  struct Search {
-    HWND found = nullptr;
-  } s;
-  EnumWindows(
-      [](HWND h, LPARAM l) -> BOOL {
-        if (IsWindowVisible(h) && TextOf(h) == "Tamrix Utility 3.0 Pro") reinterpret_cast<Search*>(l)->found = h;
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&s));
-  return s.found;
+  HWND found = nullptr;
+  EnumWindows(TakeConsoleWindow, reinterpret_cast<LPARAM>(&found));
+  return found;
 }
 
 // What the console window shows, row by row, read from its screen buffer.

@@ -47,6 +47,18 @@ TEST_F(ThirtyTwoBitProgram, DoesNotImportTheVistaTickCount) {
   EXPECT_FALSE(Imports(imports, "kernel32.dll", "GetTickCount64"));
 }
 
+// The companion beside it, double-clicked on the same XP: its import table, read the same way.
+TEST(ThirtyTwoBitCompanion, ImportsOnlyWhatWindowsXpSp3Exports) {
+  const std::string exe = Source("build/win32/tamrix-etat.exe");
+  if (!std::ifstream(exe).good()) GTEST_SKIP() << exe << " is not built";
+  const std::vector<Import> imports = ReadImports(exe);
+  EXPECT_TRUE(Imports(imports, "kernel32.dll", "GetConsoleProcessList")) << "the reader finds what it plainly calls";
+  std::vector<std::string> newer = NotIn(imports, ReadExportList(Source("tests/exe/xp-sp3-exports.txt")));
+  std::string named;
+  for (const std::string& n : newer) named += "\n  " + n;
+  EXPECT_TRUE(newer.empty()) << "imports Windows XP SP3 does not export:" << named;
+}
+
 TEST_F(ThirtyTwoBitProgram, TableReadsTheCallsTheProgramIsKnownToMake) {
   // The reader is right only if it finds what the program plainly calls.
   EXPECT_TRUE(Imports(imports, "kernel32.dll", "GlobalMemoryStatus"));
@@ -69,6 +81,20 @@ TEST(BuiltPrograms, NeitherAsksForTheShutdownPrivilege) {
       EXPECT_FALSE(Imports(imports, "advapi32.dll", function)) << function;
   }
   if (read == 0) GTEST_SKIP() << "neither build/win32/tamrix.exe nor build/win64/tamrix.exe is built";
+}
+
+// What the release ships: each program of each build, 2 MB (2,000,000 bytes) or less, so that
+// it fits where the program's users keep it and downloads as fast as its peers'.
+TEST(BuiltPrograms, EachShippedProgramIsTwoMegabytesOrLess) {
+  int read = 0;
+  for (const char* tree : {"win32", "win64"})
+    for (const char* name : {"tamrix.exe", "tamrix-etat.exe"}) {
+      std::ifstream exe(Source(std::string("build/") + tree + "/" + name), std::ios::binary | std::ios::ate);
+      if (!exe.good()) continue;
+      ++read;
+      EXPECT_LE(static_cast<long long>(exe.tellg()), 2000000LL) << tree << "/" << name;
+    }
+  if (read == 0) GTEST_SKIP() << "no program of build/win32 or build/win64 is built";
 }
 
 TEST(XpExportList, AnImportTheListLacksIsNamedWithItsDll) {
