@@ -90,11 +90,15 @@ Tally Count(const Comparison& c) {
   return t;
 }
 
-std::string Counted(int n, const std::string& word) { return std::to_string(n) + " " + word + (n > 1 ? "s" : ""); }
+// French puts the plural on every word: "2 valeurs identiques".
+std::string Counted(int n, const std::string& one, const std::string& many) {
+  return std::to_string(n) + " " + (n > 1 ? many : one);
+}
+std::string Counted(int n, const std::string& word) { return Counted(n, word, word + "s"); }
 
 std::string Summary(const Tally& t) {
   if (t.Differing() == 0 && t.keys[2] + t.keys[3] + t.keys[4] == 0)
-    return "=> aucune différence : " + Counted(t.values[0], "valeur identique") + ".\r\n";
+    return "=> aucune différence : " + Counted(t.values[0], "valeur identique", "valeurs identiques") + ".\r\n";
   std::string s = "=> " + Counted(t.Differing(), "différence") + " : " + Counted(t.values[1], "changée") + ", " +
                   Counted(t.values[3], "apparue") + ", " + Counted(t.values[2], "disparue");
   if (t.values[4]) s += ", " + Counted(t.values[4], "illisible");

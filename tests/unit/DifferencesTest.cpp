@@ -106,6 +106,7 @@ TEST(Differences, NothingChangedSinceABackupExitsZeroAndSaysSo) {
   EXPECT_NE(r.out.find("system.ini comparé à sa copie \"" + (dir.path / "avant.system.ini").string() + "\".\r\n"),
             std::string::npos);
   EXPECT_EQ(Last(r.out).rfind("=> aucune différence : ", 0), 0u) << Last(r.out);
+  EXPECT_NE(Last(r.out).find(" valeurs identiques.\r\n"), std::string::npos) << "French plurals: " << Last(r.out);
 }
 
 TEST(Differences, ListsWhatChangedAppearedAndWentSinceABackupGroupedByKeyAndExitsOne) {
