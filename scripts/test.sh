@@ -181,6 +181,10 @@ else
   note "build/asan" 0 1 0 $(($(tamrix_now_ms) - start)) "BUILD FAILED (errors above)"
 fi
 
+# Each fuzz target for a few seconds, built with clang under ASan and UBSan: a crash or a broken
+# property of any of them fails the suite (make fuzz runs them for longer).
+lines_suite fuzz-short "$results/fuzz-short.log" env FUZZ_SECONDS="${TAMRIX_FUZZ_SECONDS:-6}" bash scripts/fuzz.sh
+
 # ---- under Wine ----------------------------------------------------------------
 tamrix_env
 wine_ready=1
