@@ -29,10 +29,11 @@ struct Console {
     io.err = [this](const std::string& s) { err += s; };
     io.toAnsi = [](const std::string& s) { return s; };
     io.fromAnsi = [](const std::string& s) { return s; };
-    // The fake's Windows directory is not on disk: system.ini is its profile file.
+    // The fake's Windows directory is not on disk: system.ini is its profile file. Everything
+    // else is read from the disk, where the tests write their files (on drive C: under Wine).
     auto disk = io.readFile;
     io.readFile = [&m, disk](const std::string& path) -> std::optional<std::string> {
-      if (path.rfind("C:\\", 0) == 0) {
+      if (path.rfind(m.windowsDirectory + "\\", 0) == 0) {
         if (!m.HasFile(path)) return std::nullopt;
         return m.File(path);
       }
@@ -342,6 +343,13 @@ TEST(Differences, NothingIsEverWrittenAndKeysAreOpenedForReadingOnly) {
   EXPECT_EQ(m.OpenHandles(), 0u);
 }
 
+// A path as a JSON string spells it: the backslashes of a Windows path doubled.
+std::string JsonText(const std::string& s) {
+  std::string out;
+  for (char c : s) out += c == '\\' ? std::string("\\\\") : std::string(1, c);
+  return out;
+}
+
 TEST(Differences, JsonGivesTheSameFactsAsOneAsciiObject) {
   FakePlatform m;
   m.SetValue(CU, kDesktop, "MenuShowDelay", regtype::Sz, "0");
@@ -351,7 +359,7 @@ TEST(Differences, JsonGivesTheSameFactsAsOneAsciiObject) {
   Result r = Differ(m, {"differences", "--JSON", reg});
   EXPECT_EQ(r.code, 1);
   EXPECT_EQ(r.out,
-            "{\"fichier\": \"" + reg + "\", \"sauvegarde\": false, \"vue\": null, \"vue_selon\": null,\r\n"
+            "{\"fichier\": \"" + JsonText(reg) + "\", \"sauvegarde\": false, \"vue\": null, \"vue_selon\": null,\r\n"
             " \"differences\": 2, \"identiques\": 0,\r\n"
             " \"cles\": [\r\n"
             "  {\"cle\": \"HKEY_CURRENT_USER\\\\Control Panel\\\\Desktop\", \"etat\": \"identique\", \"valeurs\": [\r\n"
