@@ -102,6 +102,7 @@ std::optional<std::string> KeyOf(const std::string& line, RegFileKey& key) {
     if (first != h.name) continue;
     key.hive = h.hive;
     key.path = key.name.size() > first.size() ? key.name.substr(first.size() + 1) : "";
+    if (key.deleted && key.path.empty()) return "une ruche entière ne se supprime pas.";
     return std::nullopt;
   }
   return "la clé ne commence pas par le nom d'une ruche (HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE...).";

@@ -182,6 +182,7 @@ TEST(RegFileReader, EachMalformedLineIsReportedWithItsNumberAndTheReadingGoesOn)
   const std::vector<Bad> bad = {
       {"[HKEY_CURRENT_USER\\Y", "il manque le crochet fermant de la clé."},
       {"[]", "la clé n'a pas de nom."},
+      {"[-HKEY_CURRENT_USER]", "une ruche entière ne se supprime pas."},
       {"[HKEY_NULLE_PART\\Y]", "la clé ne commence pas par le nom d'une ruche (HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE...)."},
       {"\"sans fin=1", "nom de valeur illisible : il manque le guillemet fermant."},
       {"\"a\"\"1\"", "il manque le signe = après le nom de la valeur."},
