@@ -31,6 +31,8 @@ packages=(
   arch-test qemu-user gcc-multilib patchelf
   # fr_FR.UTF-8 for glibc
   locales
+  # the fuzz targets: clang and its libFuzzer runtime (a short run of each is part of the tests)
+  clang libclang-rt-14-dev
 )
 
 say() { printf 'setup: %s\n' "$*" >&2; }

@@ -183,6 +183,10 @@ else
   note "build/asan" 0 1 0 $(($(tamrix_now_ms) - start)) "BUILD FAILED (errors above)"
 fi
 
+# Each fuzz target for a few seconds, built with clang under ASan and UBSan: a crash or a broken
+# property of any of them fails the suite (make fuzz runs them for longer).
+lines_suite fuzz-short "$results/fuzz-short.log" env FUZZ_SECONDS="${TAMRIX_FUZZ_SECONDS:-6}" bash scripts/fuzz.sh
+
 # ---- under Wine ----------------------------------------------------------------
 tamrix_env
 wine_ready=1
@@ -310,9 +314,9 @@ if ((wine32_ready)); then
   # Windows: its memory figures on the home page, start-up and the main window, Test Lab's pages
   # and one whole CPU test (x87 arithmetic), the navigation between pages, the Windows optimiser's
   # registry rows, the virtual drives, whose subst.exe the 32-bit program starts and whose Run
-  # value lands under WOW6432Node, and the companion's system report beside the 32-bit pages. The
-  # rest is the same code on both.
-  e2e32_filter='HomePage.*:TestLabInfo.*:SystemReportOnWine.*:MainWindow.*:Navigation.*:TestLabHardware.CpuPage*:TestLabHardware.TheFifteenSecondTest*:WindowsOptimiserOnWine.EveryRowLands*:VirtualDrivesOnWine.*:VirtualDrivesWithWitness.*'
+  # value lands under WOW6432Node, the companion's system report beside the 32-bit pages, and
+  # what changed since a backup of the 32-bit view. The rest is the same code on both.
+  e2e32_filter='HomePage.*:TestLabInfo.*:SystemReportOnWine.*:MainWindow.*:Navigation.*:TestLabHardware.CpuPage*:TestLabHardware.TheFifteenSecondTest*:WindowsOptimiserOnWine.EveryRowLands*:VirtualDrivesOnWine.*:VirtualDrivesWithWitness.*:DifferencesOnWine.*'
   if wine32_route_leaves_out "$wine32_route"; then
     # Left out for a fault of qemu 7.2, the emulated route's fallback when bookworm-backports'
     # qemu-user cannot be had (qemu 10 runs all of them), and counted as skipped: TestLabInfo.*

@@ -54,6 +54,16 @@ std::optional<std::string> QuotedText(const std::string& raw) {
 
 }  // namespace
 
+std::string IniCopyName(const std::string& regPath) {
+  std::string base = regPath;
+  std::size_t slash = base.find_last_of("\\/");
+  std::size_t dot = base.rfind('.');
+  if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) {
+    if (Lower(base.substr(dot)) == ".reg") base.resize(dot);
+  }
+  return base + ".system.ini";
+}
+
 std::string KeyName(HKey hive, const std::string& keyPath, Naming naming) {
   std::string name = hive == hive::CurrentUser ? "HKEY_CURRENT_USER" : hive == hive::LocalMachine ? "HKEY_LOCAL_MACHINE" : "?";
   std::string path = keyPath, lower = Lower(keyPath);

@@ -33,6 +33,10 @@ std::string DeletionLine(const std::string& name);
 // The file's bytes: the byte-order mark, then the text in UTF-16 LE.
 std::string Utf16File(const std::string& utf8);
 
+// The copy of system.ini stands beside the backup, named after it: "avant.reg" has
+// "avant.system.ini".
+std::string IniCopyName(const std::string& regPath);
+
 // The key's name in the file, after its hive's full name.
 std::string KeyName(HKey hive, const std::string& keyPath, Naming naming);
 

@@ -160,6 +160,14 @@ ProfileFinding Inspect(Platform& p, const std::string& iniPath, const ProfilePla
   return {value == place.value ? State::AlreadySo : State::Different, value};
 }
 
+bool TwoViews(Platform& p) {
+  HKey probe = 0;
+  bool two = p.RegOpenKeyExA(hive::LocalMachine, "SOFTWARE\\WOW6432Node", 0, keyaccess::Read | keyaccess::View64,
+                             &probe) == status::Success;
+  if (probe) p.RegCloseKey(probe);
+  return two;
+}
+
 std::string SystemIni(Platform& p) {
   std::string buffer(260, '\0');
   std::uint32_t n = p.GetWindowsDirectoryA(&buffer, 260);

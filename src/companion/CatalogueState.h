@@ -62,6 +62,10 @@ struct ProfileFinding {
 };
 ProfileFinding Inspect(Platform& p, const std::string& iniPath, const ProfilePlace& place);
 
+// Only a 64-bit Windows has two views, and only there do the view bits go with an opening:
+// Windows 2000 takes them for an error.
+bool TwoViews(Platform& p);
+
 // The path of system.ini in the Windows directory, as the Windows optimiser names it.
 std::string SystemIni(Platform& p);
 

@@ -8,6 +8,7 @@
 #include "companion/StateReport.h"
 #include "companion/SystemReport.h"
 #include "companion/Backup.h"
+#include "companion/Differences.h"
 
 namespace tamrix::companion {
 
@@ -19,6 +20,11 @@ const char* const kUsage =
     "      les valeurs actuelles dans FICHIER.reg (à remettre par reg import)\r\n"
     "      et une copie de system.ini dans FICHIER.system.ini ;\r\n"
     "      un fichier qui existe n'est remplacé qu'avec --remplacer\r\n"
+    "  tamrix-etat.exe differences FICHIER.reg [--json] [--vue 32|64]\r\n"
+    "      ce qui a changé depuis une sauvegarde (ou un fichier de reg export) :\r\n"
+    "      chaque valeur du fichier face à cette machine, et system.ini face à sa copie ;\r\n"
+    "      dans la vue du registre que nomme la sauvegarde (sinon --vue) ; rien n'est modifié.\r\n"
+    "      Code de sortie : 0 rien n'a changé, 1 quelque chose a changé, 2 mauvaise entrée\r\n"
     "  tamrix-etat.exe rapport [FICHIER] [--json | --html] [--test-cpu] [--remplacer]\r\n"
     "      ce que montrent les pages d'information, en un seul rapport\r\n"
     "      (à l'écran, ou dans FICHIER ; --test-cpu ajoute le test du processeur, 15 secondes)\r\n"
@@ -34,6 +40,14 @@ std::string Lower(std::string s) {
   return s;
 }
 
+// A command word as typed, in UTF-8, in any case: the one capital letter with an accent that
+// the command words hold is folded too.
+std::string Folded(const std::string& utf8) {
+  std::string s = Lower(utf8);
+  for (std::size_t at = s.find("\xC3\x89"); at != std::string::npos; at = s.find("\xC3\x89", at)) s.replace(at, 2, "\xC3\xA9");
+  return s;
+}
+
 int Bad(const Io& io, const std::string& sentence) {
   io.err("tamrix-etat : " + sentence + "\r\n" + kUsage);
   return kBadInput;
@@ -41,7 +55,7 @@ int Bad(const Io& io, const std::string& sentence) {
 
 // --- the command line ---------------------------------------------------------------------
 
-enum class Command { Etat, Sauvegarde, Rapport };
+enum class Command { Etat, Sauvegarde, Rapport, Differences };
 
 struct CommandWord {
   const char* word;
@@ -52,6 +66,8 @@ constexpr CommandWord kCommands[] = {
     {"etat", Command::Etat, 0},
     {"sauvegarde", Command::Sauvegarde, 1},
     {"rapport", Command::Rapport, 1},
+    {"differences", Command::Differences, 1},
+    {"différences", Command::Differences, 1},
 };
 
 struct Options {
@@ -67,11 +83,11 @@ struct OptionWord {
   void (*set)(Options&, const std::string& value);
 };
 const OptionWord kOptions[] = {
-    {"--json", false, {Command::Etat, Command::Rapport}, [](Options& o, const std::string&) { o.json = true; }},
+    {"--json", false, {Command::Etat, Command::Rapport, Command::Differences}, [](Options& o, const std::string&) { o.json = true; }},
     {"--html", false, {Command::Rapport}, [](Options& o, const std::string&) { o.html = true; }},
     {"--test-cpu", false, {Command::Rapport}, [](Options& o, const std::string&) { o.testCpu = true; }},
     {"--remplacer", false, {Command::Sauvegarde, Command::Rapport}, [](Options& o, const std::string&) { o.replace = true; }},
-    {"--vue", true, {Command::Etat, Command::Sauvegarde},
+    {"--vue", true, {Command::Etat, Command::Sauvegarde, Command::Differences},
      [](Options& o, const std::string& v) { o.view = v == "32" ? keyaccess::View32 : keyaccess::View64; }},
     {"--aide", false, {}, [](Options& o, const std::string&) { o.help = true; }},
     {"-h", false, {}, [](Options& o, const std::string&) { o.help = true; }},
@@ -117,7 +133,7 @@ std::optional<std::string> Parse(const std::vector<std::string>& args, Line& lin
     if (word.size() > 1 && word[0] == '-') return "option inconnue : \"" + io.fromAnsi(args[i]) + "\".";
     const CommandWord* command = nullptr;
     for (const CommandWord& c : kCommands)
-      if (word == c.word) command = &c;
+      if (Folded(io.fromAnsi(args[i])) == c.word) command = &c;
     if (!commandSeen && command) {
       commandSeen = true;
       line.command = command->command;
@@ -141,12 +157,16 @@ std::optional<std::string> Parse(const std::vector<std::string>& args, Line& lin
     if (c.command == line.command) wanted = c.operands;
   if (line.command == Command::Sauvegarde && (line.operands.empty() || line.operands[0].empty()))
     return "il manque le nom du fichier de sauvegarde.";
+  if (line.command == Command::Differences && (line.operands.empty() || line.operands[0].empty()))
+    return "il manque le nom du fichier .reg à comparer.";
   if (line.command == Command::Rapport && !line.operands.empty() && line.operands[0].empty())
     return "le nom du fichier du rapport est vide.";
   if (line.operands.size() > wanted)
     return line.command == Command::Etat ? "commande inconnue : \"" + io.fromAnsi(line.operands[wanted]) + "\"."
            : line.command == Command::Sauvegarde
                ? "un seul fichier de sauvegarde, pas \"" + io.fromAnsi(line.operands[wanted]) + "\"."
+           : line.command == Command::Differences
+               ? "un seul fichier à comparer, pas \"" + io.fromAnsi(line.operands[wanted]) + "\"."
                : "un seul fichier de rapport, pas \"" + io.fromAnsi(line.operands[wanted]) + "\".";
   return std::nullopt;
 }
@@ -157,17 +177,6 @@ std::string DateText(const LocalTime& t) {
   char b[32];
   std::snprintf(b, sizeof b, "%02d/%02d/%04d à %02d:%02d:%02d", t.day, t.month, t.year, t.hour, t.minute, t.second);
   return b;
-}
-
-// The copy of system.ini stands beside the backup, named after it.
-std::string IniCopyName(const std::string& regPath) {
-  std::string base = regPath;
-  std::size_t slash = base.find_last_of("\\/");
-  std::size_t dot = base.rfind('.');
-  if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) {
-    if (Lower(base.substr(dot)) == ".reg") base.resize(dot);
-  }
-  return base + ".system.ini";
 }
 
 std::string BaseName(const std::string& path) {
@@ -255,16 +264,6 @@ bool PutInPlace(std::vector<Target>& targets, const Io& io) {
     io.removeFile(t.temp);
   }
   return false;
-}
-
-// Only a 64-bit Windows has two views, and only there do the view bits go with an opening:
-// Windows 2000 takes them for an error.
-bool TwoViews(Platform& p) {
-  HKey probe = 0;
-  bool two = p.RegOpenKeyExA(hive::LocalMachine, "SOFTWARE\\WOW6432Node", 0, keyaccess::Read | keyaccess::View64,
-                             &probe) == status::Success;
-  if (probe) p.RegCloseKey(probe);
-  return two;
 }
 
 int Backup(const std::string& givenPath, const Options& options, Platform& p, const Io& io) {
@@ -355,9 +354,12 @@ int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::ui
     io.out(kUsage);
     return kOk;
   }
+  std::optional<std::uint32_t> explicitView = line.options.view;
   if (!line.options.view) line.options.view = ownView;
   if (line.command == Command::Sauvegarde) return Backup(line.operands[0], line.options, p, io);
   if (line.command == Command::Rapport) return Report(line, p, io);
+  if (line.command == Command::Differences)
+    return Differences(line.operands[0], {line.options.json, explicitView}, p, io, ownView);
   auto catalogues = Catalogues(p.BooleanText(true));
   auto states = InspectAll(p, catalogues, TwoViews(p) ? *line.options.view : 0);
   bool admin = p.IsUserAnAdmin();

@@ -1,6 +1,6 @@
-// The companion's commands: "etat" (the default) and "sauvegarde FICHIER.reg", with their
-// options, before or after the command word; command words and options in any case. Bad input
-// gets a French sentence and the exit code 2.
+// The companion's commands: "etat" (the default), "sauvegarde FICHIER.reg", "differences
+// FICHIER.reg" and "rapport", with their options, before or after the command word; command
+// words and options in any case. Bad input gets a French sentence and the exit code 2.
 #pragma once
 
 #include <functional>

@@ -139,8 +139,10 @@ void CpuPage::FillProcessorLabels() {
   // ignored, so one that can't be fetched ends the walk with the labels already written.
   std::shared_ptr<WmiObject> processor = processors->Next();
   while (processor) {
-    for (const auto& [label, property] : rows) {
+    for (const auto& row : rows) {
       ResumeNext([&] {
+        // Bound inside: clang 14, which builds the fuzz targets, captures no structured binding.
+        const auto& [label, property] = row;
         WmiValue v = processor->Get(property);
         if (v.type == WmiValue::Type::Null) throw RuntimeError(94, "Invalid use of Null");
         label->SetCaption(rt::JoinText(v, p_));

@@ -1,12 +1,12 @@
 // Any value names, types and bytes in a key the backup keeps whole: the file it writes reads
-// back, with the tests' own reader of REGEDIT5 files, to the same names, types and bytes; a name
-// that can't stand on one line is left out, and only it.
+// back, with the companion's own reader of registry-editor files, to the same names, types and
+// bytes, with no line it can't read; a name that can't stand on one line is left out, and only it.
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include "companion/Backup.h"
-#include "fake/RegFileReader.h"
+#include "companion/RegFile.h"
 #include "platform/Utf16.h"
 
 namespace {
@@ -63,8 +63,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   companion::Catalogue c{"Fuzz", "", {}, {}, false, {{hive::LocalMachine, "Software\\Fuzz"}}};
   companion::CatalogueState state{&c, {}, {}, {tree}};
   std::string file = companion::Utf16File(companion::RegFileText({state}, {"une ligne d'en-tête"}));
-  auto keys = fake::ReadRegFile(file);
-  if (!keys) __builtin_trap();
+  auto read = companion::ReadRegFile(file, [](const std::string& s) { return s; });
+  if (!read || !read->problems.empty()) __builtin_trap();
+  const auto* keys = &read->keys;
 
   std::vector<companion::KeyTree::Value> expected;
   for (const auto& v : tree.values)
@@ -72,10 +73,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string names[] = {"HKEY_LOCAL_MACHINE\\Software\\Fuzz", "HKEY_LOCAL_MACHINE\\Software\\Fuzz\\Sous-clé"};
   if (keys->size() != 3 || !(*keys)[0].deleted || (*keys)[0].name != names[0]) __builtin_trap();
   for (std::size_t k = 0; k < 2; ++k) {
-    const fake::RegFileKey& key = (*keys)[k + 1];
+    const companion::RegFileKey& key = (*keys)[k + 1];
     if (key.deleted || key.name != names[k] || key.values.size() != expected.size()) __builtin_trap();
     for (std::size_t i = 0; i < expected.size(); ++i) {
-      const fake::RegFileValue& got = key.values[i];
+      const companion::RegFileValue& got = key.values[i];
       if (got.deleted || got.name != expected[i].name || got.type != expected[i].type || got.raw != expected[i].raw)
         __builtin_trap();
     }

@@ -477,8 +477,8 @@ TEST(SystemReportCommand, BadInputGetsASentenceAndExitCodeTwo) {
       {{"rapport", "--json", "--html"}, "tamrix-etat : choisissez --json ou --html, pas les deux.\r\n"},
       {{"--test-cpu"}, "tamrix-etat : l'option --test-cpu ne va qu'avec la commande rapport.\r\n"},
       {{"sauvegarde", "a.reg", "--html"}, "tamrix-etat : l'option --html ne va qu'avec la commande rapport.\r\n"},
-      {{"sauvegarde", "a.reg", "--json"}, "tamrix-etat : l'option --json ne va qu'avec les commandes etat et rapport.\r\n"},
-      {{"rapport", "--vue", "32"}, "tamrix-etat : l'option --vue ne va qu'avec les commandes etat et sauvegarde.\r\n"},
+      {{"sauvegarde", "a.reg", "--json"}, "tamrix-etat : l'option --json ne va qu'avec les commandes etat, rapport et differences.\r\n"},
+      {{"rapport", "--vue", "32"}, "tamrix-etat : l'option --vue ne va qu'avec les commandes etat, sauvegarde et differences.\r\n"},
       {{"rapport", "a.txt", "b.txt"}, "tamrix-etat : un seul fichier de rapport, pas \"b.txt\".\r\n"},
       {{"rapport", ""}, "tamrix-etat : le nom du fichier du rapport est vide.\r\n"},
   };
