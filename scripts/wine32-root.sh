@@ -85,6 +85,37 @@ wine32_fill_syswow64() {
   ln -sf "$dir"/* "$prefix/drive_c/windows/syswow64/"
 }
 
+# The root's 32-bit COM servers, as a WoW64 install registers them: every DLL carrying Wine's
+# registration resource (its classes, interfaces and their proxies) and exporting
+# DllRegisterServer, in name order, less those the environment keeps Wine from loading
+# (WINEDLLOVERRIDES' "name=", Mono's and Gecko's in the tests). Where the install copies a DLL
+# into syswow64 it registers it on the way; over the links of wine32_fill_syswow64 it registers
+# nothing, and without ole32's and oleaut32's proxy classes no object crosses from a 32-bit
+# process to another (a screen reader then hears the system's default object for every control).
+wine32_com_servers() {
+  local dir=$1/usr/lib/i386-linux-gnu/wine/i386-windows f name off=,
+  local objdump=${TAMRIX_I686_OBJDUMP:-i686-w64-mingw32-objdump}
+  command -v "$objdump" >/dev/null || return 1
+  local o
+  for o in ${WINEDLLOVERRIDES//;/ }; do
+    [[ $o == *= ]] && off+=${o%=},
+  done
+  (
+    cd "$dir" || exit 1
+    LC_ALL=C grep -laP 'W\x00I\x00N\x00E\x00_\x00R\x00E\x00G\x00I\x00S\x00T\x00R\x00Y\x00' -- *.dll *.ocx *.ax 2>/dev/null |
+      LC_ALL=C sort |
+      while read -r f; do
+        name=${f%.*}
+        [[ $off == *,"$name",* ]] && continue
+        # objdump speaks the locale's language: its table's heading is read in English.
+        if LC_ALL=C "$objdump" -p "$f" 2>/dev/null | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/p' |
+          grep -qw DllRegisterServer; then
+          echo "$f"
+        fi
+      done
+  )
+}
+
 # The X libraries Wine's display driver opens at run time, which wine32 only recommends: without
 # XRandR the driver offers the current mode alone and refuses to set even that, and without
 # XRender there is no alpha blending. The host gets them from setup's package list; the root,
