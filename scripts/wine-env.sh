@@ -247,6 +247,33 @@ prepare_prefix32() {
   echo "$route; com servers" >"$1/.tamrix-wow64"
 }
 
+# make_prefix_xp DIR: a 32-bit prefix (WINEARCH=win32) set to Windows XP, made by the 32-bit
+# route: the system the program's title names, with one view of the registry and no WoW64 (some
+# 7 s natively). Only for the native and private routes: emulated, every system process of a
+# 32-bit prefix would be emulated too. The host's wineserver of the same version waits for it and
+# ends it like any other.
+make_prefix_xp() {
+  local dir=$1 log wine32
+  wine32=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine32.sh
+  mkdir -p "$(dirname "$dir")"
+  dir=$(cd "$(dirname "$dir")" && pwd)/$(basename "$dir")
+  use_prefix "$dir"
+  log=$(dirname "$dir")/.$(basename "$dir").wineboot.log
+  if ! WINEPREFIX="$dir" WINEARCH=win32 bash "$wine32" wineboot -i >"$log" 2>&1 ||
+    ! WINEPREFIX="$dir" timeout 120 wineserver -w; then
+    tamrix_say "the 32-bit wineboot failed for $dir:"
+    cat "$log" >&2
+    return 1
+  fi
+  if ! WINEPREFIX="$dir" WINEARCH=win32 bash "$wine32" winecfg -v winxp >>"$log" 2>&1 ||
+    ! WINEPREFIX="$dir" timeout 120 wineserver -w; then
+    tamrix_say "winecfg could not set $dir to Windows XP:"
+    cat "$log" >&2
+    return 1
+  fi
+  rm -f "$log"
+}
+
 # Ends the wineserver of one prefix and every Windows process in it, and
 # waits until it has gone.
 stop_prefix() {
