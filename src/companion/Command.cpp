@@ -303,6 +303,9 @@ bool PutInPlace(std::vector<Target>& targets, const Io& io) {
   return false;
 }
 
+const char* const kOneView =
+    "tamrix-etat : ce Windows n'a qu'une vue du registre (Windows 32 bits) : --vue n'y change rien.\r\n";
+
 // Only a 64-bit Windows has two views, and only there do the view bits go with an opening:
 // Windows 2000 takes them for an error.
 bool TwoViews(Platform& p) {
@@ -401,6 +404,9 @@ int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::ui
     io.out(kUsage);
     return kOk;
   }
+  // A 32-bit Windows has one view of the registry: "--vue" has nothing to choose there. It is
+  // said on the error stream, so that a report in JSON stays whole, and the command goes on.
+  if (line.options.view && !TwoViews(p)) io.err(kOneView);
   if (!line.options.view) line.options.view = ownView;
   if (line.command == Command::Sauvegarde) return Backup(line.operands[0], line.options, p, io);
   if (line.command == Command::Rapport) return Report(line, p, io);
