@@ -259,6 +259,19 @@ make_prefix_xp() {
   dir=$(cd "$(dirname "$dir")" && pwd)/$(basename "$dir")
   use_prefix "$dir"
   log=$(dirname "$dir")/.$(basename "$dir").wineboot.log
+  # The install copies the root's programs into system32: a root robbed of services.exe by an
+  # older preparation (see wine32_fill_syswow64) would give a prefix without services.
+  local route root
+  route=$(wine32_route_line)
+  if [[ $route == "private "* || $route == "emulated "* ]]; then
+    # shellcheck source=scripts/wine32-root.sh
+    source "$(dirname "$wine32")/wine32-root.sh"
+    root=$(wine32_route_root "$route")
+    if ! wine32_root_whole "$root" && ! wine32_root_mend "$root" >&2; then
+      tamrix_say "the private root $root lacks services.exe and could not be mended"
+      return 1
+    fi
+  fi
   if ! WINEPREFIX="$dir" WINEARCH=win32 bash "$wine32" wineboot -i >"$log" 2>&1 ||
     ! WINEPREFIX="$dir" timeout 120 wineserver -w; then
     tamrix_say "the 32-bit wineboot failed for $dir:"
