@@ -234,7 +234,7 @@ prepare_prefix32() {
   fi
   # The 32-bit COM servers, registered in the 32-bit view as a WoW64 install has them; one
   # regsvr32 for them all (some 160 DLLs, 6 s here).
-  if ! servers=$(wine32_com_servers "$root") || [[ -z $servers ]]; then
+  if ! servers=$(wine32_com_servers "$root") || [[ $'\n'$servers$'\n' != *$'\n'ole32.dll$'\n'* ]]; then
     tamrix_say "the 32-bit COM servers of $root could not be listed (i686-w64-mingw32-objdump reads their exports)"
     return 1
   fi

@@ -156,9 +156,11 @@ wine32_com_servers() {
           # shellcheck disable=SC2053  # the section's names are patterns
           [[ ${f,,} == ${pattern,,} ]] && continue 2
         done
-        # objdump speaks the locale's language: its table's heading is read in English.
+        # objdump speaks the locale's language: its table's heading is read in English. The
+        # whole table is read (no grep -q): under pipefail, a writer cut short by an early exit
+        # would fail the test and lose the DLL.
         if LC_ALL=C "$objdump" -p "$f" 2>/dev/null | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/p' |
-          grep -qw DllRegisterServer; then
+          grep -w DllRegisterServer >/dev/null; then
           echo "$f"
         fi
       done
