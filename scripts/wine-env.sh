@@ -207,15 +207,19 @@ tamrix_wine() {
 }
 
 # prepare_prefix32 PREFIX: what the prefix needs for the route: with Debian's wine32 wineboot has
-# done it all; on the private and emulated routes syswow64 gets the private root's i386 DLLs.
+# done it all; on the private and emulated routes syswow64 gets the private root's i386 DLLs, the
+# 32-bit install section runs, and the 32-bit COM servers are registered.
 prepare_prefix32() {
   local route
   route=$(wine32_route_line)
   [[ $route == "emulated "* || $route == "private "* ]] || return 0
-  [[ -f $1/.tamrix-wow64 && $(cat "$1/.tamrix-wow64") == "$route" ]] && return 0  # done before, in a kept prefix
+  # Done before, in a kept prefix; one prepared before the COM servers were registered is done again.
+  [[ -f $1/.tamrix-wow64 && $(cat "$1/.tamrix-wow64") == "$route; com servers" ]] && return 0
   # shellcheck source=scripts/wine32-root.sh
   source "$(dirname "${BASH_SOURCE[0]}")/wine32-root.sh"
-  if ! wine32_fill_syswow64 "$(wine32_route_root "$route")" "$1"; then
+  local root servers
+  root=$(wine32_route_root "$route")
+  if ! wine32_fill_syswow64 "$root" "$1"; then
     tamrix_say "the 32-bit DLLs could not be put in $1's syswow64"
     return 1
   fi
@@ -228,7 +232,59 @@ prepare_prefix32() {
     tamrix_say "the 32-bit half of $1 could not be installed"
     return 1
   fi
-  echo "$route" >"$1/.tamrix-wow64"
+  # The 32-bit COM servers, registered in the 32-bit view as a WoW64 install has them; one
+  # regsvr32 for them all (some 160 DLLs, 6 s here).
+  if ! servers=$(wine32_com_servers "$root") || [[ $'\n'$servers$'\n' != *$'\n'ole32.dll$'\n'* ]]; then
+    tamrix_say "the 32-bit COM servers of $root could not be listed (i686-w64-mingw32-objdump reads their exports)"
+    return 1
+  fi
+  # shellcheck disable=SC2086  # one word per DLL
+  if ! WINEPREFIX=$1 bash "$(dirname "${BASH_SOURCE[0]}")/wine32.sh" regsvr32 /s $servers >/dev/null 2>&1 ||
+    ! WINEPREFIX=$1 timeout 120 wineserver -w; then
+    tamrix_say "the 32-bit COM servers could not be registered in $1"
+    return 1
+  fi
+  echo "$route; com servers" >"$1/.tamrix-wow64"
+}
+
+# make_prefix_xp DIR: a 32-bit prefix (WINEARCH=win32) set to Windows XP, made by the 32-bit
+# route: the system the program's title names, with one view of the registry and no WoW64 (some
+# 7 s natively). Only for the native and private routes: emulated, every system process of a
+# 32-bit prefix would be emulated too. The host's wineserver of the same version waits for it and
+# ends it like any other.
+make_prefix_xp() {
+  local dir=$1 log wine32
+  wine32=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)/wine32.sh
+  mkdir -p "$(dirname "$dir")"
+  dir=$(cd "$(dirname "$dir")" && pwd)/$(basename "$dir")
+  use_prefix "$dir"
+  log=$(dirname "$dir")/.$(basename "$dir").wineboot.log
+  # The install copies the root's programs into system32: a root robbed of services.exe by an
+  # older preparation (see wine32_fill_syswow64) would give a prefix without services.
+  local route root
+  route=$(wine32_route_line)
+  if [[ $route == "private "* || $route == "emulated "* ]]; then
+    # shellcheck source=scripts/wine32-root.sh
+    source "$(dirname "$wine32")/wine32-root.sh"
+    root=$(wine32_route_root "$route")
+    if ! wine32_root_whole "$root" && ! wine32_root_mend "$root" >&2; then
+      tamrix_say "the private root $root lacks services.exe and could not be mended"
+      return 1
+    fi
+  fi
+  if ! WINEPREFIX="$dir" WINEARCH=win32 bash "$wine32" wineboot -i >"$log" 2>&1 ||
+    ! WINEPREFIX="$dir" timeout 120 wineserver -w; then
+    tamrix_say "the 32-bit wineboot failed for $dir:"
+    cat "$log" >&2
+    return 1
+  fi
+  if ! WINEPREFIX="$dir" WINEARCH=win32 bash "$wine32" winecfg -v winxp >>"$log" 2>&1 ||
+    ! WINEPREFIX="$dir" timeout 120 wineserver -w; then
+    tamrix_say "winecfg could not set $dir to Windows XP:"
+    cat "$log" >&2
+    return 1
+  fi
+  rm -f "$log"
 }
 
 # Ends the wineserver of one prefix and every Windows process in it, and

@@ -79,10 +79,92 @@ wine32_fixes_fresh() {
 
 # The i386 DLLs and programs a 64-bit prefix needs in syswow64 for the emulated route (the 64-bit
 # wineboot leaves it empty when the host has no 32-bit Wine); links, not copies: some 560 MB.
+# What the 32-bit install section deletes from syswow64 (its "11,,NAME,-" lines: the programs
+# that are 64-bit only, such as services.exe, Mono's stand-ins, the themes) is left unlinked: Wine
+# deletes an open file by the path its descriptor has, so a deletion through a link removes the
+# root's own file, and the root is shared by every prefix and checkout (a root so robbed has no
+# services.exe for a 32-bit prefix). A link of an earlier preparation to such a file goes too.
 wine32_fill_syswow64() {
-  local root=$1 prefix=$2 dir=$1/usr/lib/i386-linux-gnu/wine/i386-windows
-  [[ -d $dir && -d $prefix/drive_c/windows/syswow64 ]] || return 1
-  ln -sf "$dir"/* "$prefix/drive_c/windows/syswow64/"
+  local root=$1 prefix=$2 dir=$1/usr/lib/i386-linux-gnu/wine/i386-windows f name pattern removed links=()
+  local sys=$prefix/drive_c/windows/syswow64
+  [[ -d $dir && -d $sys ]] || return 1
+  mapfile -t removed < <(wine32_wow64_removed)
+  for f in "$dir"/*; do
+    name=${f##*/}
+    for pattern in "${removed[@]}"; do
+      # shellcheck disable=SC2053  # the section's names are patterns (*.msstyles)
+      if [[ ${name,,} == ${pattern,,} ]]; then
+        [[ -L $sys/$name ]] && rm -f -- "${sys:?}/$name"
+        continue 2
+      fi
+    done
+    links+=("$f")
+  done
+  ln -sf "${links[@]}" "$sys/"
+}
+
+# The names the 32-bit install section of wine.inf deletes from the 32-bit system directory.
+wine32_wow64_removed() {
+  sed -n '/^\[FakeDllsWow64\]/,/^\[/p' "${TAMRIX_WINE_INF:-/usr/share/wine/wine.inf}" | tr -d '\r' |
+    sed -n 's/^11,,\([^,]*\),-[[:space:]]*$/\1/p'
+}
+
+# A root robbed of its files by the links of an earlier preparation (see above) gets them back:
+# libwine's package unpacked over it once more. Succeeds when nothing is missing.
+wine32_root_whole() { [[ -f $1/usr/lib/i386-linux-gnu/wine/i386-windows/services.exe ]]; }
+wine32_root_mend() {
+  local root=$1 work=$1.mend d
+  rm -rf "$work"
+  mkdir -p "$work"
+  wine32_private_apt "$work" || return 1
+  if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download "libwine=$(wine32_host_version)") >>"$work/apt.log" 2>&1; then
+    echo "libwine for i386 could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
+    return 1
+  fi
+  for d in "$work"/apt/archives/*.deb; do
+    dpkg -x "$d" "$root" || { echo "dpkg -x failed for $(basename "$d")"; return 1; }
+  done
+  wine32_root_whole "$root" || { echo "services.exe is still missing from the root"; return 1; }
+  rm -rf "$work"
+}
+
+# The root's 32-bit COM servers, as a WoW64 install registers them: every DLL carrying Wine's
+# registration resource (its classes, interfaces and their proxies) and exporting
+# DllRegisterServer, in name order, less those the environment keeps Wine from loading
+# (WINEDLLOVERRIDES' "name=", Mono's and Gecko's in the tests) and those syswow64 does not hold. Where the install copies a DLL
+# into syswow64 it registers it on the way; over the links of wine32_fill_syswow64 it registers
+# nothing, and without ole32's and oleaut32's proxy classes no object crosses from a 32-bit
+# process to another (a screen reader then hears the system's default object for every control).
+wine32_com_servers() {
+  local dir=$1/usr/lib/i386-linux-gnu/wine/i386-windows f name off=,
+  local objdump=${TAMRIX_I686_OBJDUMP:-i686-w64-mingw32-objdump}
+  command -v "$objdump" >/dev/null || return 1
+  local o pattern removed
+  # Nor what the install section takes out of syswow64 (Mono's stand-ins): not there to load.
+  mapfile -t removed < <(wine32_wow64_removed)
+  for o in ${WINEDLLOVERRIDES//;/ }; do
+    [[ $o == *= ]] && off+=${o%=},
+  done
+  (
+    cd "$dir" || exit 1
+    LC_ALL=C grep -laP 'W\x00I\x00N\x00E\x00_\x00R\x00E\x00G\x00I\x00S\x00T\x00R\x00Y\x00' -- *.dll *.ocx *.ax 2>/dev/null |
+      LC_ALL=C sort |
+      while read -r f; do
+        name=${f%.*}
+        [[ $off == *,"$name",* ]] && continue
+        for pattern in "${removed[@]}"; do
+          # shellcheck disable=SC2053  # the section's names are patterns
+          [[ ${f,,} == ${pattern,,} ]] && continue 2
+        done
+        # objdump speaks the locale's language: its table's heading is read in English. The
+        # whole table is read (no grep -q): under pipefail, a writer cut short by an early exit
+        # would fail the test and lose the DLL.
+        if LC_ALL=C "$objdump" -p "$f" 2>/dev/null | sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/p' |
+          grep -w DllRegisterServer >/dev/null; then
+          echo "$f"
+        fi
+      done
+  )
 }
 
 # The X libraries Wine's display driver opens at run time, which wine32 only recommends: without
@@ -393,6 +475,11 @@ wine32_choose_route() {
       wine32_skip "the private i386 root could not be made: $why"
       return 0
     fi
+  fi
+  if ! wine32_root_whole "$root"; then
+    w32_say "putting back the i386 programs an earlier preparation took from the private root in $root (once)"
+    why=$(wine32_root_mend "$root") ||
+      w32_say "warning: $why; a 32-bit prefix will have no services"
   fi
   if ! wine32_root_has_x "$root"; then
     w32_say "adding the i386 X libraries to the private root in $root (once)"

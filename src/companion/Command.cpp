@@ -266,6 +266,9 @@ bool PutInPlace(std::vector<Target>& targets, const Io& io) {
   return false;
 }
 
+const char* const kOneView =
+    "tamrix-etat : ce Windows n'a qu'une vue du registre (Windows 32 bits) : --vue n'y change rien.\r\n";
+
 int Backup(const std::string& givenPath, const Options& options, Platform& p, const Io& io) {
   std::string iniPath = SystemIni(p);
   std::string regPath = io.fullPath(givenPath);
@@ -355,6 +358,9 @@ int Run(const std::vector<std::string>& args, Platform& p, const Io& io, std::ui
     return kOk;
   }
   std::optional<std::uint32_t> explicitView = line.options.view;
+  // A 32-bit Windows has one view of the registry: "--vue" has nothing to choose there. It is
+  // said on the error stream, so that a report in JSON stays whole, and the command goes on.
+  if (line.options.view && !TwoViews(p)) io.err(kOneView);
   if (!line.options.view) line.options.view = ownView;
   if (line.command == Command::Sauvegarde) return Backup(line.operands[0], line.options, p, io);
   if (line.command == Command::Rapport) return Report(line, p, io);

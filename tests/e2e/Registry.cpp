@@ -97,4 +97,46 @@ std::map<std::string, std::string> Difference(const Export& before, const Export
   return diff;
 }
 
+bool OnWindowsXp() {
+  const char* system = std::getenv("TAMRIX_E2E_SYSTEM");
+  return system && std::string(system) == "xp";
+}
+
+namespace {
+
+std::string Lowered(std::string s) {
+  for (char& c : s)
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+  return s;
+}
+
+bool RedirectedBranch(const std::string& path) {
+  std::string low = Lowered(path);
+  return low.rfind("software\\", 0) == 0 && low.rfind("software\\classes", 0) != 0;
+}
+
+std::string Wow6432Name(const std::string& path) { return "SOFTWARE\\WOW6432Node" + path.substr(8); }
+
+}  // namespace
+
+std::string WhereHklmLands(const std::string& path) {
+  bool redirected = sizeof(void*) == 4 && !OnWindowsXp() && RedirectedBranch(path);
+  return redirected ? Wow6432Name(path) : path;
+}
+
+std::string WhereHklmDoesNotLand(const std::string& path) {
+  if (!RedirectedBranch(path)) return "";
+  return WhereHklmLands(path) == path ? Wow6432Name(path) : path;
+}
+
+bool ValueInSystemView(const std::string& path, const std::string& name) {
+  // On a 32-bit Windows the flag has no view to choose and is passed over.
+  HKEY k;
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_QUERY_VALUE | KEY_WOW64_64KEY, &k) != ERROR_SUCCESS)
+    return false;
+  LONG s = RegQueryValueExA(k, name.c_str(), nullptr, nullptr, nullptr, nullptr);
+  RegCloseKey(k);
+  return s == ERROR_SUCCESS;
+}
+
 }  // namespace tamrix::e2e

@@ -34,4 +34,19 @@ Export ExportBranch(const std::string& branch);
 // Entries that differ between two exports, as "+entry" / "-entry" lines.
 std::map<std::string, std::string> Difference(const Export& before, const Export& after);
 
+// The Windows the scenarios run on, as the test run names it in TAMRIX_E2E_SYSTEM: "xp" for a
+// 32-bit Windows XP, which has one view of the registry; otherwise a 64-bit Windows, on which a
+// 32-bit program's rows of HKLM\Software are kept under WOW6432Node.
+bool OnWindowsXp();
+
+// Where a value that a program of this test program's width writes at HKLM\<path> stands, as
+// the system's own (64-bit) view names it: under SOFTWARE\WOW6432Node for a 32-bit program on a
+// 64-bit Windows, at the path itself otherwise. Classes, shared by both views, stays where it is.
+std::string WhereHklmLands(const std::string& path);
+// The other name, where the value must not be: the path itself on a 64-bit Windows when the
+// program is a 32-bit one, its WOW6432Node name otherwise.
+std::string WhereHklmDoesNotLand(const std::string& path);
+// Whether HKLM\<path> holds a value of that name, read in the system's own view.
+bool ValueInSystemView(const std::string& path, const std::string& name);
+
 }  // namespace tamrix::e2e

@@ -189,9 +189,10 @@ std::optional<std::string> ReadIn64BitView(const std::string& path, const std::s
   return std::string(data, strnlen(data, size));
 }
 
-// The tests run in a 64-bit prefix, as on 64-bit Windows: the i686 program runs under WoW64 and
-// its HKLM\Software rows land under WOW6432Node, where 64-bit programs don't look; the x86_64
-// program's land where they are named.
+// In a 64-bit prefix, as on 64-bit Windows, the i686 program runs under WoW64 and its
+// HKLM\Software rows land under WOW6432Node, where 64-bit programs don't look; the x86_64
+// program's land where they are named. In the Windows XP prefix, a 32-bit system, there is one
+// view and the i686 program's rows land where they are named.
 TEST_F(VirtualDrivesOnWine, PermanentDriveRunValueLandsInTheRegistryViewOfTheProgramsWidth) {
   OpenPage();
   letter = app.Items("cmbLecteurDispo(0)").at(0);
@@ -205,7 +206,12 @@ TEST_F(VirtualDrivesOnWine, PermanentDriveRunValueLandsInTheRegistryViewOfThePro
   const std::string named = kRun, redirected = "SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Run";
   BOOL wow64 = FALSE;
   ASSERT_TRUE(IsWow64Process(GetCurrentProcess(), &wow64));
-  if (sizeof(void*) == 4) {
+  if (OnWindowsXp()) {
+    // A 32-bit Windows: one view, the value where it is named.
+    EXPECT_FALSE(wow64) << "no WoW64 on a 32-bit Windows";
+    EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, "SOFTWARE\\WOW6432Node"));
+    EXPECT_EQ(ReadIn64BitView(named, name), command);
+  } else if (sizeof(void*) == 4) {
     EXPECT_TRUE(wow64) << "the 32-bit program runs under WoW64 in a 64-bit prefix";
     EXPECT_EQ(ReadIn64BitView(redirected, name), command);
     EXPECT_EQ(ReadIn64BitView(named, name), std::nullopt);

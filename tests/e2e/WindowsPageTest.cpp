@@ -78,8 +78,27 @@ TEST_F(WindowsOptimiserOnWine, EveryRowLandsWithItsTypeAndDataAndNothingElseChan
   snapshot->ClearValues();
   DeleteFileA(config.path().c_str());
   Exports before = Exports::Take();
+  // The rows of HKLM\Software, by the name the system's own view gives the place where they must
+  // not land: nothing may come there.
+  std::map<std::string, bool> elsewhere;
+  for (const RegExpect& r : kRegistry)
+    if (ToHkey(r.hive) == LM && !WhereHklmDoesNotLand(r.path).empty())
+      elsewhere[WhereHklmDoesNotLand(r.path) + "\\" + r.name] = ValueInSystemView(WhereHklmDoesNotLand(r.path), r.name);
+  ASSERT_FALSE(elsewhere.empty()) << "the catalogue writes rows of HKLM\\Software";
   OpenPage();
   OptimiseAndWaitForTheFirstTick();
+
+  // A 32-bit program's rows land under WOW6432Node on a 64-bit Windows, and in HKLM\Software
+  // itself on a 32-bit one, which has no WOW6432Node at all.
+  for (const RegExpect& r : kRegistry) {
+    if (ToHkey(r.hive) != LM || WhereHklmDoesNotLand(r.path).empty()) continue;
+    EXPECT_TRUE(ValueInSystemView(WhereHklmLands(r.path), r.name)) << WhereHklmLands(r.path) << " " << r.name;
+    std::string other = WhereHklmDoesNotLand(r.path);
+    EXPECT_EQ(ValueInSystemView(other, r.name), elsewhere[other + "\\" + r.name]) << other << " " << r.name;
+  }
+  if (OnWindowsXp()) {
+    EXPECT_FALSE(KeyExists(LM, "SOFTWARE\\WOW6432Node")) << "a 32-bit Windows has one view of the registry";
+  }
 
   for (const RegExpect& r : kRegistry) {
     auto v = ReadValue(ToHkey(r.hive), r.path, r.name);

@@ -132,6 +132,8 @@ made_root() {
   for l in libXrandr.so.2 libXrender.so.1 libXcursor.so.1 libXi.so.6 libXfixes.so.3 libXinerama.so.1 libXcomposite.so.1; do
     touch "$root/usr/lib/i386-linux-gnu/$l"
   done
+  mkdir -p "$root/usr/lib/i386-linux-gnu/wine/i386-windows"
+  touch "$root/usr/lib/i386-linux-gnu/wine/i386-windows/services.exe"
 }
 
 # made_qemu DIR: bookworm-backports' qemu-i386 already in the cache, as an earlier setup left it.
@@ -197,6 +199,20 @@ check "no-32-bit machine with qemu: no skip reason left" no_file "$m/cwd/build/w
 check "no-32-bit machine with qemu: never adds i386 nor installs wine32:i386" no_i386_install "$m"
 check "no-32-bit machine with qemu: asks arch-test about i386" has_line "$m/calls" "arch-test i386"
 check "no-32-bit machine with qemu, root and qemu made: never asks apt-get for anything" no_call "$m" apt-get
+
+# 1b. The same, with a root that an earlier preparation robbed of services.exe: libwine is asked
+#     for again, to unpack over it; when it cannot be had, setup warns and keeps the route.
+m=$work/robbed
+machine "$m" 0 1 0
+made_root "$m"
+made_qemu "$m"
+rm -f "$m/cache/i386-wine-8.0~repack-4/usr/lib/i386-linux-gnu/wine/i386-windows/services.exe"
+choose "$m"
+check "robbed root: setup succeeds" status_zero "$m"
+asks_i386_index() { grep -q '^apt-get .*APT::Architecture=i386 .* update$' "$1/calls"; }
+check "robbed root: asks its private apt for the i386 index, to fetch libwine" asks_i386_index "$m"
+check "robbed root: warns that a 32-bit prefix will have no services" has_line "$m/out" "a 32-bit prefix will have no services"
+check "robbed root: keeps the emulated route" has_line "$m/cwd/build/wine32-route" "emulated $m/cache/i386-wine-8.0~repack-4"
 check "no-32-bit machine with qemu: leaves the root's wine as bookworm made it" \
   interpreter_is "$root/usr/lib/wine/wine" /lib/ld-linux.so.2
 check "no-32-bit machine with qemu 10: the tests leave nothing out" runs_everything "$m"

@@ -1124,5 +1124,44 @@ TEST(EtatViews, A32BitWindowsHasOneViewAndPlainNames) {
   EXPECT_EQ(out.find("/reg:64"), std::string::npos);
 }
 
+const char* const kOneViewSentence =
+    "tamrix-etat : ce Windows n'a qu'une vue du registre (Windows 32 bits) : --vue n'y change rien.\r\n";
+
+TEST(EtatViews, OnA32BitWindowsTheViewAskedForIsSaidToChangeNothingAndTheStateIsStillGiven) {
+  FakePlatform m;  // no WOW6432Node: a 32-bit Windows
+  m.SetValue(LM, kRun, "z:", regtype::Sz, "subst.exe Z: \"C:\\outils\"");
+  for (const char* asked : {"32", "64"}) {
+    Console c(m);
+    ASSERT_EQ(companion::Run({"--vue", asked}, m, c.io, keyaccess::View32), kOk) << asked;
+    EXPECT_EQ(c.err, kOneViewSentence) << asked;
+    EXPECT_NE(c.out.find("présent       HKLM\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run \"z:\""), std::string::npos)
+        << asked << ": " << c.out;
+  }
+  Console json(m);
+  ASSERT_EQ(companion::Run({"--json", "--vue", "64"}, m, json.io, keyaccess::View32), kOk);
+  EXPECT_EQ(json.out.rfind("{", 0), 0u) << "the sentence stays out of the JSON: " << json.out.substr(0, 60);
+}
+
+TEST(EtatViews, OnA32BitWindowsABackupWithTheViewAskedForSaysItChangesNothingAndKeepsPlainNames) {
+  FakePlatform m;
+  m.SetValue(LM, kRun, "z:", regtype::Sz, "subst.exe Z: \"C:\\outils\"");
+  Console c(m);
+  TempDir dir;
+  ASSERT_EQ(companion::Run({"sauvegarde", (dir.path / "b.reg").string(), "--vue", "64"}, m, c.io, keyaccess::View32), kOk);
+  EXPECT_EQ(c.err, kOneViewSentence);
+  auto keys = fake::ReadRegFile(test::FileBytes(dir.path / "b.reg"));
+  ASSERT_TRUE(keys.has_value());
+  EXPECT_NE(Find(*keys, "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run", "z:"), nullptr);
+  EXPECT_EQ(c.out.find("/reg:64"), std::string::npos) << c.out;
+}
+
+TEST(EtatViews, OnA64BitWindowsTheViewAskedForIsTakenInSilence) {
+  FakePlatform m;
+  DriveOfThe32BitProgram(m);
+  Console c(m);
+  ASSERT_EQ(companion::Run({"--vue", "32"}, m, c.io, keyaccess::View64), kOk);
+  EXPECT_EQ(c.err, "");
+}
+
 }  // namespace
 }  // namespace tamrix::companion
