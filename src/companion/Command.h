@@ -33,6 +33,9 @@ struct Io {
   std::function<bool(const std::string&)> exists;    // anything at that name, file or folder
   std::function<bool(const std::string&)> readOnly;  // a file marked read-only
   std::function<std::string(const std::string&)> fullPath;
+  // The names of the files in a folder that begin and end as given, in no particular order.
+  std::function<std::vector<std::string>(const std::string& folder, const std::string& prefix, const std::string& suffix)>
+      findFiles;
 };
 
 // The files of the standard library: what the native tests use. The console program takes the

@@ -1,6 +1,8 @@
 #include "companion/Menu.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <utility>
 #include <vector>
 
 namespace tamrix::companion {
@@ -18,6 +20,7 @@ const char* const kMenuText =
     "  1  Ce que chaque optimisation changerait sur cette machine\r\n"
     "  2  Une sauvegarde sur le Bureau, pour tout remettre comme avant\r\n"
     "  3  Le rapport système sur le Bureau, ouvert dans le navigateur\r\n"
+    "  4  Ce qui a changé depuis une sauvegarde\r\n"
     "  0  Quitter (ou Q, ou Échap)\r\n"
     "\r\n"
     "Votre choix : ";
@@ -75,7 +78,54 @@ void Report(Platform& p, const Io& io, std::uint32_t ownView) {
     io.out("Le navigateur ne s'est pas ouvert : ouvrez ce fichier d'un double-clic.\r\n");
 }
 
+const char* const kBackupPrefix = "Tamrix sauvegarde ";
+
+// What changed since a backup: the Desktop's newest first, or any file the user names (a file
+// dropped on the console types its path between quotes). False when the input ended at the question.
+bool Changes(Platform& p, const Io& io, const Keyboard& keyboard, std::uint32_t ownView) {
+  std::string desktop = Desktop(p, io);
+  std::string separator = !desktop.empty() && (desktop.back() == '\\' || desktop.back() == '/') ? "" : "\\";
+  std::optional<std::string> newest = NewestBackup(io.findFiles(desktop, kBackupPrefix, ".reg"));
+  if (newest) {
+    newest = desktop + separator + *newest;
+    io.out("La sauvegarde la plus récente du Bureau est \"" + io.fromAnsi(*newest) + "\".\r\n"
+           "Entrée pour la comparer, ou tapez le chemin d'une autre : ");
+  } else {
+    io.out("Aucune sauvegarde sur le Bureau. Tapez le chemin d'un fichier .reg (Entrée : retour au menu) : ");
+  }
+  std::optional<std::string> typed = keyboard.line();
+  if (!typed) return false;
+  std::string path = *typed;
+  while (!path.empty() && (path.back() == ' ' || path.back() == '\t')) path.pop_back();
+  while (!path.empty() && (path.front() == ' ' || path.front() == '\t')) path.erase(0, 1);
+  if (path.size() >= 2 && path.front() == '"' && path.back() == '"') path = path.substr(1, path.size() - 2);
+  if (path.empty() && !newest) return true;
+  io.out("\r\n");
+  Run({"differences", path.empty() ? *newest : io.toAnsi(path)}, p, WithoutUsage(io), ownView);
+  return true;
+}
+
 }  // namespace
+
+std::optional<std::string> NewestBackup(const std::vector<std::string>& names) {
+  // The date sorts as text; a second backup of the same minute, "(2)", comes after the first.
+  auto key = [](const std::string& name) {
+    std::string stem = name.substr(0, name.size() - 4);
+    int n = 1;
+    std::size_t open = stem.rfind(" (");
+    if (!stem.empty() && stem.back() == ')' && open != std::string::npos) {
+      n = std::atoi(stem.c_str() + open + 2);
+      stem.resize(open);
+    }
+    return std::make_pair(stem, n);
+  };
+  std::optional<std::string> newest;
+  for (const std::string& name : names) {
+    if (name.size() < 4 || name.rfind(kBackupPrefix, 0) != 0) continue;
+    if (!newest || key(*newest) < key(name)) newest = name;
+  }
+  return newest;
+}
 
 std::string DatedName(const std::string& what, const LocalTime& t) {
   char b[32];
@@ -97,14 +147,18 @@ int Menu(Platform& p, const Io& io, const Keyboard& keyboard, std::uint32_t ownV
     io.out((*key >= 0x20 && *key < 0x7F ? std::string(1, static_cast<char>(*key)) : "") + "\r\n");
     if (*key == '0' || *key == 'q' || *key == 'Q' || *key == kEscape) return kOk;
     io.out("\r\n");
-    if (*key == '1')
-      Run({"etat"}, p, WithoutUsage(io), ownView);
-    else if (*key == '2')
-      Backup(p, io, ownView);
-    else if (*key == '3')
-      Report(p, io, ownView);
-    else
-      io.out("Choix inconnu : tapez 1, 2 ou 3, ou 0 pour quitter.\r\n");
+    switch (*key) {
+      case '1': Run({"etat"}, p, WithoutUsage(io), ownView); break;
+      case '2': Backup(p, io, ownView); break;
+      case '3': Report(p, io, ownView); break;
+      case '4':
+        if (!Changes(p, io, keyboard, ownView)) {
+          io.out("\r\n");
+          return kOk;
+        }
+        break;
+      default: io.out("Choix inconnu : tapez 1, 2, 3 ou 4, ou 0 pour quitter.\r\n");
+    }
     io.out(kMenuText);
   }
 }

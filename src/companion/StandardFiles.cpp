@@ -46,6 +46,17 @@ void UseStandardFiles(Io& io) {
     auto st = fs::status(path, e);
     return !e && fs::is_regular_file(st) && (st.permissions() & fs::perms::owner_write) == fs::perms::none;
   };
+  io.findFiles = [](const std::string& folder, const std::string& prefix, const std::string& suffix) {
+    std::vector<std::string> names;
+    std::error_code e;
+    for (const auto& entry : fs::directory_iterator(folder, e)) {
+      std::string name = entry.path().filename().string();
+      if (entry.is_regular_file(e) && name.size() >= prefix.size() + suffix.size() && name.rfind(prefix, 0) == 0 &&
+          name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0)
+        names.push_back(name);
+    }
+    return names;
+  };
   io.fullPath = [](const std::string& path) {
     std::error_code e;
     auto full = fs::absolute(path, e);

@@ -6,6 +6,7 @@
 #include <shlobj.h>
 #include <tlhelp32.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,16 +24,18 @@ std::string DesktopFolder() {
   return path;
 }
 
-std::vector<std::string> Reports(const std::string& desktop) {
+std::vector<std::string> Files(const std::string& desktop, const std::string& pattern) {
   std::vector<std::string> names;
   WIN32_FIND_DATAA found;
-  HANDLE h = FindFirstFileA((desktop + "\\Tamrix rapport *.html").c_str(), &found);
+  HANDLE h = FindFirstFileA((desktop + "\\" + pattern).c_str(), &found);
   if (h == INVALID_HANDLE_VALUE) return names;
   do names.push_back(found.cFileName);
   while (FindNextFileA(h, &found));
   FindClose(h);
   return names;
 }
+std::vector<std::string> Reports(const std::string& desktop) { return Files(desktop, "Tamrix rapport *.html"); }
+std::vector<std::string> Backups(const std::string& desktop) { return Files(desktop, "Tamrix sauvegarde *"); }
 
 // The companion's process, found by its name, as a task list shows it.
 DWORD CompanionPid() {
@@ -57,7 +60,7 @@ HWND ConsoleWindow() {
   return found;
 }
 
-// What the console window shows, row by row, read from its screen buffer.
+// What the console window shows, line by line, read from its screen buffer.
 std::string ConsoleText(DWORD pid) {
   std::string text;
   FreeConsole();
@@ -71,8 +74,10 @@ std::string ConsoleText(DWORD pid) {
       DWORD read = 0;
       ReadConsoleOutputCharacterW(out, row.data(), info.dwSize.X, {0, y}, &read);
       std::wstring line = row.substr(0, read);
+      // A row filled to its last column goes on in the next one, as the console wrapped it.
+      bool wrapped = line.size() == static_cast<std::size_t>(info.dwSize.X) && line.back() != L' ';
       line.erase(line.find_last_not_of(L' ') + 1);
-      text += Utf8(line) + "\n";
+      text += Utf8(line) + (wrapped ? "" : "\n");
     }
   }
   if (out != INVALID_HANDLE_VALUE) CloseHandle(out);
@@ -158,6 +163,7 @@ TEST(CompanionByDoubleClick, ItsMenuStaysOpenWritesTheReportOnTheDesktopAndZeroC
   ASSERT_FALSE(desktop.empty());
   CreateDirectoryA(desktop.c_str(), nullptr);
   for (const std::string& name : Reports(desktop)) DeleteFileA((desktop + "\\" + name).c_str());
+  for (const std::string& name : Backups(desktop)) DeleteFileA((desktop + "\\" + name).c_str());
   ASSERT_EQ(CompanionPid(), 0u) << "no companion runs before the scenario";
   BrowserWitness browser;
 
@@ -186,12 +192,34 @@ TEST(CompanionByDoubleClick, ItsMenuStaysOpenWritesTheReportOnTheDesktopAndZeroC
   EXPECT_NE(shown.find("  1  Ce que chaque optimisation changerait sur cette machine\n"
                        "  2  Une sauvegarde sur le Bureau, pour tout remettre comme avant\n"
                        "  3  Le rapport système sur le Bureau, ouvert dans le navigateur\n"
+                       "  4  Ce qui a changé depuis une sauvegarde\n"
                        "  0  Quitter (ou Q, ou Échap)\n"
                        "\n"
                        "Votre choix :\n"),
             std::string::npos)
       << shown;
   WindowShot(console, "compagnon-menu");
+
+  // 2: a dated backup and its system.ini copy on the Desktop; 4 then Enter: compared at once with
+  // the machine, nothing has changed.
+  Type("2");
+  std::vector<std::string> backup;
+  ASSERT_TRUE(WaitUntil([&] { return (backup = Backups(desktop)).size() == 2; }, 30000)) << "the backup on the Desktop";
+  std::sort(backup.begin(), backup.end());
+  EXPECT_EQ(backup[0].rfind("Tamrix sauvegarde 20", 0), 0u) << backup[0];
+  EXPECT_EQ(backup[0].substr(backup[0].size() - 4), ".reg");
+  EXPECT_EQ(backup[1], backup[0].substr(0, backup[0].size() - 4) + ".system.ini");
+  ASSERT_TRUE(WaitUntil([&] { return ConsoleText(pid).find("Pour tout remettre : reg import") != std::string::npos; }));
+  Type("4");
+  ASSERT_TRUE(WaitUntil([&] { return ConsoleText(pid).find("Entrée pour la comparer") != std::string::npos; }));
+  Type("Return");
+  ASSERT_TRUE(WaitUntil([&] {
+    shown = ConsoleText(pid);
+    return shown.find("=> aucune différence : ") != std::string::npos;
+  }, 30000)) << shown;
+  EXPECT_NE(shown.find("La sauvegarde la plus récente du Bureau est \"" + desktop + "\\" + backup[0]), std::string::npos)
+      << shown;
+  for (const std::string& name : backup) DeleteFileA((desktop + "\\" + name).c_str());
 
   Type("3");
   std::vector<std::string> written;

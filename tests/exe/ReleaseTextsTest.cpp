@@ -52,6 +52,7 @@ TEST(ReleaseTexts, TheUsersReadmeIsShortAndShowsTheCompanionsMenuAndHowToPutEver
   EXPECT_TRUE(Has(readme, "  1  Ce que chaque optimisation changerait sur cette machine\n"));
   EXPECT_TRUE(Has(readme, "  2  Une sauvegarde sur le Bureau, pour tout remettre comme avant\n"));
   EXPECT_TRUE(Has(readme, "  3  Le rapport système sur le Bureau, ouvert dans le navigateur\n"));
+  EXPECT_TRUE(Has(readme, "  4  Ce qui a changé depuis une sauvegarde\n"));
   EXPECT_TRUE(Has(readme, "  0  Quitter (ou Q, ou Échap)\n"));
   EXPECT_TRUE(Has(readme, "reg import \"Tamrix sauvegarde DATE.reg\""));
   EXPECT_TRUE(Has(readme, "DATE.system.ini » sur system.ini"));

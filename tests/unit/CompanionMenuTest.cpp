@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 
 #include "companion/Menu.h"
 #include "unit/CompanionConsole.h"
@@ -21,20 +22,28 @@ const std::string kMenu =
     "  1  Ce que chaque optimisation changerait sur cette machine\r\n"
     "  2  Une sauvegarde sur le Bureau, pour tout remettre comme avant\r\n"
     "  3  Le rapport système sur le Bureau, ouvert dans le navigateur\r\n"
+    "  4  Ce qui a changé depuis une sauvegarde\r\n"
     "  0  Quitter (ou Q, ou Échap)\r\n"
     "\r\n"
     "Votre choix : ";
-const std::string kUnknown = "Choix inconnu : tapez 1, 2 ou 3, ou 0 pour quitter.\r\n";
+const std::string kUnknown = "Choix inconnu : tapez 1, 2, 3 ou 4, ou 0 pour quitter.\r\n";
 
-// The keys a user types, then the end of input.
-Keyboard Typed(std::u32string keys) {
+// The keys a user types, and the lines where a line is asked for, then the end of input.
+Keyboard Typed(std::u32string keys, std::vector<std::string> lines = {}) {
   auto left = std::make_shared<std::deque<char32_t>>(keys.begin(), keys.end());
+  auto lefts = std::make_shared<std::deque<std::string>>(lines.begin(), lines.end());
   return {[left]() -> std::optional<char32_t> {
-    if (left->empty()) return std::nullopt;
-    char32_t k = left->front();
-    left->pop_front();
-    return k;
-  }};
+            if (left->empty()) return std::nullopt;
+            char32_t k = left->front();
+            left->pop_front();
+            return k;
+          },
+          [lefts]() -> std::optional<std::string> {
+            if (lefts->empty()) return std::nullopt;
+            std::string l = lefts->front();
+            lefts->pop_front();
+            return l;
+          }};
 }
 
 std::size_t Count(const std::string& text, const std::string& part) {
@@ -49,7 +58,9 @@ struct MenuMachine {
   Console c{m};
   TempDir desktop;
   MenuMachine() { m.specialFolders[kDesktopDirectory] = desktop.path.string() + "/"; }
-  int Type(std::u32string keys) { return Menu(m, c.io, Typed(std::move(keys))); }
+  int Type(std::u32string keys, std::vector<std::string> lines = {}) {
+    return Menu(m, c.io, Typed(std::move(keys), std::move(lines)));
+  }
   std::string At(const std::string& name) const { return (desktop.path / name).string(); }
 };
 
@@ -189,6 +200,89 @@ TEST(CompanionMenu, AFailedWriteSaysWhyWithoutTheCommandLinesUsageAndTheMenuCome
   EXPECT_EQ(d.c.err.find("Utilisation :"), std::string::npos);
   EXPECT_EQ(d.c.out.find("Ouvert dans votre navigateur"), std::string::npos);
   EXPECT_EQ(d.c.out.substr(d.c.out.size() - kMenu.size() - 2), kMenu + "\r\n");
+}
+
+// What "differences" says of that file on a machine like this one, run as a command.
+std::string DifferencesOf(const std::string& reg, const std::function<void(FakePlatform&)>& machine) {
+  FakePlatform same;
+  machine(same);
+  Console alone(same);
+  companion::Run({"differences", reg}, same, alone.io);
+  return alone.out;
+}
+
+// A machine with a backup on its Desktop, then one value changed since.
+void Changed(FakePlatform& m) { m.SetValue(hive::CurrentUser, "Control Panel\\Desktop", "MenuShowDelay", regtype::Sz, std::string("0\0", 2)); }
+
+TEST(CompanionMenu, FourComparesTheDesktopsNewestBackupWithTheMachineOnEnter) {
+  MenuMachine d;
+  d.m.SetValue(hive::CurrentUser, "Control Panel\\Desktop", "MenuShowDelay", regtype::Sz, std::string("400\0", 4));
+  ASSERT_EQ(d.Type(U"2"), kOk);
+  std::string reg = d.At("Tamrix sauvegarde 2026-11-21 20h50.reg");
+  d.m.now.minute = 59;
+  ASSERT_EQ(d.Type(U"2"), kOk);
+  std::string newest = d.At("Tamrix sauvegarde 2026-11-21 20h59.reg");
+  Changed(d.m);
+  d.c.out.clear();
+  EXPECT_EQ(d.Type(U"4", {""}), kOk) << d.c.err;
+  EXPECT_NE(d.c.out.find("La sauvegarde la plus récente du Bureau est \"" + newest + "\".\r\n"
+                         "Entrée pour la comparer, ou tapez le chemin d'une autre : "),
+            std::string::npos)
+      << d.c.out;
+  std::string expected = DifferencesOf(newest, [](FakePlatform& m) { Changed(m); });
+  ASSERT_NE(expected.find("MenuShowDelay"), std::string::npos) << expected;
+  EXPECT_NE(d.c.out.find(expected), std::string::npos) << d.c.out;
+  EXPECT_EQ(d.c.out.substr(d.c.out.size() - kMenu.size() - 2), kMenu + "\r\n");
+}
+
+TEST(CompanionMenu, FourTakesAPathTypedOrDroppedBetweenQuotes) {
+  MenuMachine d;
+  ASSERT_EQ(d.Type(U"2"), kOk);
+  std::string reg = d.At("Tamrix sauvegarde 2026-11-21 20h50.reg");
+  std::string elsewhere = d.At("avant.reg");
+  std::filesystem::rename(reg, elsewhere);
+  Changed(d.m);
+  d.c.out.clear();
+  EXPECT_EQ(d.Type(U"4", {"  \"" + elsewhere + "\" "}), kOk) << d.c.err;
+  EXPECT_NE(d.c.out.find("Aucune sauvegarde sur le Bureau. Tapez le chemin d'un fichier .reg (Entrée : retour au menu) : "),
+            std::string::npos);
+  std::string expected = DifferencesOf(elsewhere, [](FakePlatform& m) { Changed(m); });
+  EXPECT_NE(d.c.out.find(expected), std::string::npos) << d.c.out;
+}
+
+TEST(CompanionMenu, FourWithoutABackupAndEnterGoesBackToTheMenuComparingNothing) {
+  MenuMachine d;
+  EXPECT_EQ(d.Type(U"40", {""}), kOk);
+  EXPECT_EQ(d.c.out, kMenu + "4\r\n\r\n"
+                     "Aucune sauvegarde sur le Bureau. Tapez le chemin d'un fichier .reg (Entrée : retour au menu) : " +
+                     kMenu + "0\r\n");
+}
+
+TEST(CompanionMenu, FourOnAFileThatIsNoBackupSaysSoAndTheMenuComesBack) {
+  MenuMachine d;
+  std::string missing = d.At("absent.reg");
+  EXPECT_EQ(d.Type(U"4", {missing}), kOk);
+  EXPECT_FALSE(d.c.err.empty());
+  EXPECT_EQ(d.c.err.find("Utilisation :"), std::string::npos) << d.c.err;
+  EXPECT_EQ(d.c.out.substr(d.c.out.size() - kMenu.size() - 2), kMenu + "\r\n");
+}
+
+TEST(CompanionMenu, TheEndOfInputAtFoursQuestionQuits) {
+  MenuMachine d;
+  EXPECT_EQ(d.Type(U"4"), kOk);
+  EXPECT_EQ(d.c.out.find("Votre choix : ", kMenu.size()), std::string::npos) << "no menu after the end of input";
+}
+
+TEST(CompanionMenu, TheNewestBackupIsTheLatestDateAndASecondOfTheSameMinuteComesAfterTheFirst) {
+  EXPECT_EQ(NewestBackup({}), std::nullopt);
+  EXPECT_EQ(NewestBackup({"rapport.reg", "Tamrix rapport 2026-11-24 20h15.html"}), std::nullopt);
+  EXPECT_EQ(NewestBackup({"Tamrix sauvegarde 2026-11-24 20h15.reg", "Tamrix sauvegarde 2026-11-25 08h00.reg",
+                          "Tamrix sauvegarde 2026-11-24 23h59.reg"}),
+            "Tamrix sauvegarde 2026-11-25 08h00.reg");
+  EXPECT_EQ(NewestBackup({"Tamrix sauvegarde 2026-11-24 20h15 (2).reg", "Tamrix sauvegarde 2026-11-24 20h15.reg"}),
+            "Tamrix sauvegarde 2026-11-24 20h15 (2).reg");
+  EXPECT_EQ(NewestBackup({"Tamrix sauvegarde 2026-11-24 20h15 (10).reg", "Tamrix sauvegarde 2026-11-24 20h15 (9).reg"}),
+            "Tamrix sauvegarde 2026-11-24 20h15 (10).reg");
 }
 
 TEST(CompanionMenu, DatedNamesSortByTheirDate) {

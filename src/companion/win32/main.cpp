@@ -71,6 +71,31 @@ std::optional<char32_t> ReadKey() {
   }
 }
 
+// A line as typed, echoed, edited with the console's own keys and ended by Enter; nothing at the
+// end of input (Ctrl+Z).
+std::optional<std::string> ReadLine() {
+  HANDLE in = GetStdHandle(STD_INPUT_HANDLE);
+  DWORD mode = 0;
+  GetConsoleMode(in, &mode);
+  SetConsoleMode(in, ENABLE_LINE_INPUT | ENABLE_ECHO_INPUT | ENABLE_PROCESSED_INPUT);
+  std::wstring line;
+  wchar_t buffer[512];
+  DWORD read = 0;
+  bool ok = true;
+  while ((ok = ReadConsoleW(in, buffer, 512, &read, nullptr) && read > 0)) {
+    line.append(buffer, read);
+    if (line.back() == L'\n') break;
+  }
+  SetConsoleMode(in, mode);
+  if (line.find(L'\x1A') != std::wstring::npos || (!ok && line.empty())) return std::nullopt;
+  while (!line.empty() && (line.back() == L'\n' || line.back() == L'\r')) line.pop_back();
+  if (line.empty()) return std::string();
+  int n = WideCharToMultiByte(CP_UTF8, 0, line.data(), static_cast<int>(line.size()), nullptr, 0, nullptr, nullptr);
+  std::string utf8(n, '\0');
+  WideCharToMultiByte(CP_UTF8, 0, line.data(), static_cast<int>(line.size()), utf8.data(), n, nullptr, nullptr);
+  return utf8;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -112,6 +137,17 @@ int main(int argc, char** argv) {
     DWORD a = GetFileAttributesA(path.c_str());
     return a != INVALID_FILE_ATTRIBUTES && !(a & FILE_ATTRIBUTE_DIRECTORY) && (a & FILE_ATTRIBUTE_READONLY);
   };
+  io.findFiles = [](const std::string& folder, const std::string& prefix, const std::string& suffix) {
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA found;
+    HANDLE h = FindFirstFileA((folder + "\\" + prefix + "*" + suffix).c_str(), &found);
+    if (h == INVALID_HANDLE_VALUE) return names;
+    do {
+      if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.push_back(found.cFileName);
+    } while (FindNextFileA(h, &found));
+    FindClose(h);
+    return names;
+  };
   io.fullPath = [](const std::string& path) {
     char buffer[MAX_PATH * 4];
     DWORD n = GetFullPathNameA(path.c_str(), sizeof buffer, buffer, nullptr);
@@ -123,7 +159,7 @@ int main(int argc, char** argv) {
   constexpr std::uint32_t ownView = sizeof(void*) == 4 ? tamrix::keyaccess::View32 : tamrix::keyaccess::View64;
   if (args.empty() && OwnConsole()) {
     SetConsoleTitleW(L"Tamrix Utility 3.0 Pro");
-    return tamrix::companion::Menu(platform, io, {ReadKey}, ownView);
+    return tamrix::companion::Menu(platform, io, {ReadKey, ReadLine}, ownView);
   }
   return tamrix::companion::Run(args, platform, io, ownView);
 }
