@@ -113,18 +113,26 @@ wine32_wow64_removed() {
 # libwine's package unpacked over it once more. Succeeds when nothing is missing.
 wine32_root_whole() { [[ -f $1/usr/lib/i386-linux-gnu/wine/i386-windows/services.exe ]]; }
 wine32_root_mend() {
-  local root=$1 work=$1.mend d
+  wine32_root_unpack "$1" mend "libwine for i386" "libwine=$(wine32_host_version)" || return 1
+  wine32_root_whole "$1" || { echo "services.exe is still missing from the root"; return 1; }
+}
+
+# wine32_root_unpack ROOT WORK WHAT PACKAGE...: downloads the packages by the private apt into
+# ROOT.WORK and unpacks them over the root, then forgets the download; says why, as WHAT, when it
+# cannot.
+wine32_root_unpack() {
+  local root=$1 work=$1.$2 what=$3 d
+  shift 3
   rm -rf "$work"
   mkdir -p "$work"
   wine32_private_apt "$work" || return 1
-  if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download "libwine=$(wine32_host_version)") >>"$work/apt.log" 2>&1; then
-    echo "libwine for i386 could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
+  if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download "$@") >>"$work/apt.log" 2>&1; then
+    echo "$what could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
     return 1
   fi
   for d in "$work"/apt/archives/*.deb; do
     dpkg -x "$d" "$root" || { echo "dpkg -x failed for $(basename "$d")"; return 1; }
   done
-  wine32_root_whole "$root" || { echo "services.exe is still missing from the root"; return 1; }
   rm -rf "$work"
 }
 
@@ -254,20 +262,9 @@ wine32_root_has_x() {
   done
 }
 wine32_root_add_x() {
-  local root=$1 work=$1.work d
-  rm -rf "$work"
-  mkdir -p "$work"
-  wine32_private_apt "$work" || return 1
-  if ! (cd "$work/apt/archives" && apt-get "${w32_apt_opts[@]}" download "${wine32_root_x_packages[@]}") >>"$work/apt.log" 2>&1; then
-    echo "the i386 X libraries could not be downloaded ($(grep -m1 -E '^E:' "$work/apt.log" || true))"
-    return 1
-  fi
-  for d in "$work"/apt/archives/*.deb; do
-    dpkg -x "$d" "$root" || { echo "dpkg -x failed for $(basename "$d")"; return 1; }
-  done
-  ldconfig -r "$root" || { echo "ldconfig could not index the root's libraries"; return 1; }
-  wine32_root_has_x "$root" || { echo "the i386 X libraries are still missing from the root"; return 1; }
-  rm -rf "$work"
+  wine32_root_unpack "$1" work "the i386 X libraries" "${wine32_root_x_packages[@]}" || return 1
+  ldconfig -r "$1" || { echo "ldconfig could not index the root's libraries"; return 1; }
+  wine32_root_has_x "$1" || { echo "the i386 X libraries are still missing from the root"; return 1; }
 }
 
 # ---- the private route: the root's Wine run natively ----------------------------------------

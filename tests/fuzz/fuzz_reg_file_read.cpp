@@ -8,22 +8,11 @@
 #include <string>
 
 #include "companion/RegFile.h"
+#include "fake/Latin1.h"
 
 namespace {
 
-// The ANSI code page as Latin-1, as a French system's is for these letters.
-std::string Latin1(const std::string& s) {
-  std::string out;
-  for (unsigned char c : s) {
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else {
-      out += static_cast<char>(0xC0 | (c >> 6));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-  }
-  return out;
-}
+using tamrix::fake::Latin1;
 
 bool Known(const tamrix::companion::RegFileKey& k) {
   for (const char* hive : {"HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE", "HKEY_CLASSES_ROOT", "HKEY_USERS", "HKEY_CURRENT_CONFIG"}) {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <map>
 #include <string>
@@ -28,10 +29,11 @@ struct Console {
     io.err = [this](const std::string& s) { err += s; };
     io.toAnsi = [](const std::string& s) { return s; };
     io.fromAnsi = [](const std::string& s) { return s; };
-    // The fake's Windows directory is not on disk: system.ini is its profile file.
+    // The fake's Windows directory is not on disk: system.ini is its profile file. Everything
+    // else is read from the disk, where the tests write their files (on drive C: under Wine).
     auto disk = io.readFile;
     io.readFile = [&m, disk](const std::string& path) -> std::optional<std::string> {
-      if (path.rfind("C:\\", 0) == 0) {
+      if (path.rfind(m.windowsDirectory + "\\", 0) == 0) {
         if (!m.HasFile(path)) return std::nullopt;
         return m.File(path);
       }
@@ -49,6 +51,14 @@ struct TempDir {
     fs::create_directories(path);
   }
   ~TempDir() { fs::remove_all(path); }
+  // Writes a file of the test's own into the folder; its path.
+  std::string Write(const std::string& name, const std::string& bytes) const {
+    std::string file = (path / name).string();
+    std::FILE* f = std::fopen(file.c_str(), "wb");
+    std::fwrite(bytes.data(), 1, bytes.size(), f);
+    std::fclose(f);
+    return file;
+  }
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
     for (const auto& e : fs::directory_iterator(path)) names.push_back(e.path().filename().string());

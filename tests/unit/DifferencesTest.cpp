@@ -8,57 +8,16 @@
 #include "companion/Command.h"
 #include "companion/Differences.h"
 #include "fake/FakePlatform.h"
+#include "unit/CompanionConsole.h"
 #include "platform/Utf16.h"
 
 namespace tamrix::companion {
 namespace {
 
-namespace fs = std::filesystem;
-using fake::FakePlatform;
 const HKey CU = hive::CurrentUser, LM = hive::LocalMachine;
 const char* const kDesktop = "Control Panel\\Desktop";
 const char* const kPaintIcon = "Software\\CLASSES\\Paint.Picture\\DefaultIcon";
 const char* const kSystemIni = "C:\\WINDOWS\\system.ini";
-
-struct Console {
-  std::string out, err;
-  Io io;
-  explicit Console(FakePlatform& m) {
-    UseStandardFiles(io);
-    io.out = [this](const std::string& s) { out += s; };
-    io.err = [this](const std::string& s) { err += s; };
-    io.toAnsi = [](const std::string& s) { return s; };
-    io.fromAnsi = [](const std::string& s) { return s; };
-    // The fake's Windows directory is not on disk: system.ini is its profile file. Everything
-    // else is read from the disk, where the tests write their files (on drive C: under Wine).
-    auto disk = io.readFile;
-    io.readFile = [&m, disk](const std::string& path) -> std::optional<std::string> {
-      if (path.rfind(m.windowsDirectory + "\\", 0) == 0) {
-        if (!m.HasFile(path)) return std::nullopt;
-        return m.File(path);
-      }
-      return disk(path);
-    };
-  }
-};
-
-struct TempDir {
-  fs::path path;
-  TempDir() {
-    path = fs::temp_directory_path() /
-           ("tamrix-differences-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
-    fs::remove_all(path);
-    fs::create_directories(path);
-  }
-  ~TempDir() { fs::remove_all(path); }
-  std::string Write(const std::string& name, const std::string& bytes) const {
-    std::string file = (path / name).string();
-    std::FILE* f = std::fopen(file.c_str(), "wb");
-    std::fwrite(bytes.data(), 1, bytes.size(), f);
-    std::fclose(f);
-    return file;
-  }
-};
 
 std::string Utf16(const std::string& utf8) { return std::string("\xff\xfe", 2) + Utf8ToUtf16Le(utf8).value(); }
 std::string Regedit5(const std::string& body) { return Utf16("Windows Registry Editor Version 5.00\r\n\r\n" + body); }

@@ -4,6 +4,7 @@
 
 #include "companion/Backup.h"
 #include "companion/RegFile.h"
+#include "fake/Latin1.h"
 #include "platform/Utf16.h"
 
 namespace tamrix::companion {
@@ -11,19 +12,7 @@ namespace {
 
 std::string Same(const std::string& s) { return s; }
 
-// Windows-1252's letters of Latin-1 to UTF-8, as the ANSI code page of a French system gives them.
-std::string Latin1(const std::string& s) {
-  std::string out;
-  for (unsigned char c : s) {
-    if (c < 0x80) {
-      out += static_cast<char>(c);
-    } else {
-      out += static_cast<char>(0xC0 | (c >> 6));
-      out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-  }
-  return out;
-}
+using tamrix::fake::Latin1;
 
 // A REGEDIT5 file as reg export writes it: the byte-order mark, then UTF-16 LE.
 std::string Utf16(const std::string& utf8) { return std::string("\xff\xfe", 2) + Utf8ToUtf16Le(utf8).value(); }
