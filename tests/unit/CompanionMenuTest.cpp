@@ -52,12 +52,16 @@ std::size_t Count(const std::string& text, const std::string& part) {
   return n;
 }
 
+// A folder's path with its separator at the end, as the system's own ('\\' under Wine), so that
+// the menu's names and the test's agree letter for letter.
+std::string Folder(const fs::path& path) { return (path / "").string(); }
+
 // A machine whose Desktop is a folder of the test's own; the fake's clock says 21/11/2026 20:50:35.
 struct MenuMachine {
   FakePlatform m;
   Console c{m};
   TempDir desktop;
-  MenuMachine() { m.specialFolders[kDesktopDirectory] = desktop.path.string() + "/"; }
+  MenuMachine() { m.specialFolders[kDesktopDirectory] = Folder(desktop.path); }
   int Type(std::u32string keys, std::vector<std::string> lines = {}) {
     return Menu(m, c.io, Typed(std::move(keys), std::move(lines)));
   }
@@ -157,7 +161,7 @@ TEST(CompanionMenu, ThreeSaysSoWhenNoBrowserOpensThePage) {
   NoBrowser m;
   Console c(m);
   TempDir desktop;
-  m.specialFolders[kDesktopDirectory] = desktop.path.string() + "/";
+  m.specialFolders[kDesktopDirectory] = Folder(desktop.path);
   EXPECT_EQ(Menu(m, c.io, Typed(U"3")), kOk);
   EXPECT_EQ(desktop.Names(), std::vector<std::string>{"Tamrix rapport 2026-11-21 20h50.html"});
   EXPECT_NE(c.out.find("Le navigateur ne s'est pas ouvert : ouvrez ce fichier d'un double-clic.\r\n"), std::string::npos);
@@ -168,7 +172,7 @@ TEST(CompanionMenu, WithoutADesktopTheFileGoesToTheCurrentFolderAndSaysSo) {
   FakePlatform m;
   Console c(m);
   TempDir here;
-  c.io.fullPath = [&here](const std::string& path) { return path == "." ? here.path.string() + "/" : path; };
+  c.io.fullPath = [&here](const std::string& path) { return path == "." ? Folder(here.path) : path; };
   EXPECT_EQ(Menu(m, c.io, Typed(U"3")), kOk) << c.err;
   EXPECT_NE(c.out.find("Le Bureau est introuvable : le fichier va dans le dossier courant.\r\n"), std::string::npos);
   EXPECT_EQ(here.Names(), std::vector<std::string>{"Tamrix rapport 2026-11-21 20h50.html"});
@@ -194,7 +198,7 @@ TEST(CompanionMenu, EnterAndBlanksAfterAChoiceAreNotChoices) {
 
 TEST(CompanionMenu, AFailedWriteSaysWhyWithoutTheCommandLinesUsageAndTheMenuComesBack) {
   MenuMachine d;
-  d.m.specialFolders[kDesktopDirectory] = (d.desktop.path / "gone").string() + "/";  // a folder that isn't there
+  d.m.specialFolders[kDesktopDirectory] = Folder(d.desktop.path / "gone");  // a folder that isn't there
   EXPECT_EQ(d.Type(U"3"), kOk);
   EXPECT_NE(d.c.err.find("impossible d'écrire"), std::string::npos) << d.c.err;
   EXPECT_EQ(d.c.err.find("Utilisation :"), std::string::npos);
