@@ -38,15 +38,9 @@ bool IsText(std::uint32_t type) {
   return type == regtype::Sz || type == regtype::ExpandSz || type == regtype::MultiSz;
 }
 
-// The value as stored. One that grows between the two queries is asked for again with its new size.
+// The value as stored.
 long ReadValue(Platform& p, HKey key, const std::string& name, Finding& f) {
-  long s = status::Success;
-  for (int attempt = 0; attempt < 3; ++attempt) {
-    std::uint32_t size = 0;
-    s = p.RegQueryValueExW(key, name, &f.type, nullptr, &size);
-    if (s == status::Success) s = p.RegQueryValueExW(key, name, &f.type, &f.raw, &size);
-    if (s != status::MoreData) break;
-  }
+  long s = QueryStored(p, key, name, &f.type, &f.raw);
   if (s != status::Success) {
     f.type = 0;
     f.raw.clear();
@@ -158,6 +152,17 @@ ProfileFinding Inspect(Platform& p, const std::string& iniPath, const ProfilePla
   std::string value = buffer.substr(0, n);
   if (value == kNone) return {State::Absent, {}};
   return {value == place.value ? State::AlreadySo : State::Different, value};
+}
+
+long QueryStored(Platform& p, HKey key, const std::string& name, std::uint32_t* type, std::string* raw) {
+  long s = status::Success;
+  for (int attempt = 0; attempt < 3; ++attempt) {
+    std::uint32_t size = 0;
+    s = p.RegQueryValueExW(key, name, type, nullptr, &size);
+    if (s == status::Success) s = p.RegQueryValueExW(key, name, type, raw, &size);
+    if (s != status::MoreData) break;
+  }
+  return s;
 }
 
 bool TwoViews(Platform& p) {

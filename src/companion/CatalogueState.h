@@ -66,6 +66,10 @@ ProfileFinding Inspect(Platform& p, const std::string& iniPath, const ProfilePla
 // Windows 2000 takes them for an error.
 bool TwoViews(Platform& p);
 
+// A value's type and bytes as the registry keeps them (texts in UTF-16 LE), by the wide query:
+// one that grows between the size and the read is asked for again with its new size.
+long QueryStored(Platform& p, HKey key, const std::string& name, std::uint32_t* type, std::string* raw);
+
 // The path of system.ini in the Windows directory, as the Windows optimiser names it.
 std::string SystemIni(Platform& p);
 

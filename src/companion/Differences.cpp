@@ -80,14 +80,7 @@ void Put(const RegFileKey& k, std::vector<Expected>& keys, const std::vector<Del
 }
 
 long ReadStored(Platform& p, HKey key, const std::string& name, Stored& s) {
-  long status = status::Success;
-  // A value that grows between the two queries is asked for again with its new size.
-  for (int attempt = 0; attempt < 3; ++attempt) {
-    std::uint32_t size = 0;
-    status = p.RegQueryValueExW(key, name, &s.type, nullptr, &size);
-    if (status == status::Success) status = p.RegQueryValueExW(key, name, &s.type, &s.raw, &size);
-    if (status != status::MoreData) break;
-  }
+  long status = QueryStored(p, key, name, &s.type, &s.raw);
   s.present = status == status::Success;
   if (!s.present) s = {};
   return status;
