@@ -4,16 +4,11 @@
 #include <map>
 
 #include "platform/Utf16.h"
+#include "platform/AsciiCase.h"
 
 namespace tamrix::companion {
 
 namespace {
-
-std::string Lower(std::string s) {
-  for (char& c : s)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return s;
-}
 
 // Inside double quotes the file escapes the backslash and the quote, and nothing else.
 std::string Escaped(const std::string& s) {
@@ -59,14 +54,14 @@ std::string IniCopyName(const std::string& regPath) {
   std::size_t slash = base.find_last_of("\\/");
   std::size_t dot = base.rfind('.');
   if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) {
-    if (Lower(base.substr(dot)) == ".reg") base.resize(dot);
+    if (AsciiLower(base.substr(dot)) == ".reg") base.resize(dot);
   }
   return base + ".system.ini";
 }
 
 std::string KeyName(HKey hive, const std::string& keyPath, Naming naming) {
   std::string name = hive == hive::CurrentUser ? "HKEY_CURRENT_USER" : hive == hive::LocalMachine ? "HKEY_LOCAL_MACHINE" : "?";
-  std::string path = keyPath, lower = Lower(keyPath);
+  std::string path = keyPath, lower = AsciiLower(keyPath);
   if (naming.wow6432Node && hive == hive::LocalMachine && lower.rfind("software\\", 0) == 0 &&
       lower.rfind("software\\classes", 0) != 0 && lower.rfind("software\\wow6432node", 0) != 0)
     path = keyPath.substr(0, 8) + "\\WOW6432Node" + keyPath.substr(8);
@@ -157,13 +152,13 @@ std::string RegFileText(const std::vector<CatalogueState>& states, const std::ve
       const RegistryPlace& place = c.registry[i];
       const Finding& f = cs.registry[i];
       std::string name = KeyName(place.hive, place.keyPath, naming);
-      auto [it, fresh] = index.emplace(Lower(name), keys.size());
+      auto [it, fresh] = index.emplace(AsciiLower(name), keys.size());
       if (fresh)
         keys.push_back({name, f.state == State::KeyMissing, f.atKey && !f.known, f.status, {}, {}});
       Key& key = keys[it->second];
       if (key.missing || key.unreadable) continue;
-      if (key.seen[Lower(place.valueName)]) continue;
-      key.seen[Lower(place.valueName)] = true;
+      if (key.seen[AsciiLower(place.valueName)]) continue;
+      key.seen[AsciiLower(place.valueName)] = true;
       if (!f.known) {
         key.lines.push_back("; " + NameField(place.valueName).value_or("@") + " : " + Unreadable(f.status));
         continue;
@@ -197,8 +192,8 @@ std::string RegFileText(const std::vector<CatalogueState>& states, const std::ve
     const Catalogue& c = *cs.catalogue;
     for (std::size_t i = 0; i < c.deletedKeys.size() && i < cs.deletedKeys.size(); ++i) {
       std::string name = KeyName(c.deletedKeys[i].hive, c.deletedKeys[i].keyPath, naming);
-      if (done[Lower(name)]) continue;
-      done[Lower(name)] = true;
+      if (done[AsciiLower(name)]) continue;
+      done[AsciiLower(name)] = true;
       const KeyTree& tree = cs.deletedKeys[i];
       if (tree.status == status::FileNotFound) {
         out += "; clé que le programme supprime, absente lors de la sauvegarde\r\n[-" + name + "]\r\n\r\n";

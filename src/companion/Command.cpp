@@ -9,6 +9,7 @@
 #include "companion/SystemReport.h"
 #include "companion/Backup.h"
 #include "companion/Differences.h"
+#include "platform/AsciiCase.h"
 
 namespace tamrix::companion {
 
@@ -34,16 +35,10 @@ const char* const kUsage =
 
 namespace {
 
-std::string Lower(std::string s) {
-  for (char& c : s)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return s;
-}
-
 // A command word as typed, in UTF-8, in any case: the one capital letter with an accent that
 // the command words hold is folded too.
 std::string Folded(const std::string& utf8) {
-  std::string s = Lower(utf8);
+  std::string s = AsciiLower(utf8);
   for (std::size_t at = s.find("\xC3\x89"); at != std::string::npos; at = s.find("\xC3\x89", at)) s.replace(at, 2, "\xC3\xA9");
   return s;
 }
@@ -112,7 +107,7 @@ std::optional<std::string> Parse(const std::vector<std::string>& args, Line& lin
   bool commandSeen = false;
   std::vector<const OptionWord*> given;
   for (std::size_t i = 0; i < args.size(); ++i) {
-    std::string word = Lower(args[i]);
+    std::string word = AsciiLower(args[i]);
     const OptionWord* option = nullptr;
     for (const OptionWord& o : kOptions)
       if (word == o.word) option = &o;
@@ -191,13 +186,13 @@ constexpr const char* kCatalogueFiles[] = {"system.ini", "config.dll", "oeminfo.
 std::optional<std::string> Forbidden(const std::string& full, const std::string& windowsDir, const Io& io) {
   std::string shown = io.fromAnsi(full);
   for (const char* name : kCatalogueFiles)
-    if (Lower(BaseName(full)) == name)
+    if (AsciiLower(BaseName(full)) == name)
       return "\"" + shown + "\" est un fichier qu'écrit le programme lui-même : une sauvegarde ne le remplace jamais.";
   // Both separators are one to Windows.
   auto folded = [](std::string s) {
     for (char& c : s)
       if (c == '/') c = '\\';
-    return Lower(s);
+    return AsciiLower(s);
   };
   std::string dir = folded(windowsDir), lower = folded(full);
   while (!dir.empty() && dir.back() == '\\') dir.pop_back();

@@ -4,16 +4,11 @@
 
 #include "companion/Backup.h"
 #include "companion/CatalogueState.h"
+#include "platform/AsciiCase.h"
 
 namespace tamrix::companion {
 
 namespace {
-
-std::string Lower(std::string s) {
-  for (char& c : s)
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-  return s;
-}
 
 // What an import leaves behind, key by key, from the file's lines in their order: a [-KEY] takes
 // away what came before it under that key, and a key put back under a deleted one holds exactly
@@ -32,7 +27,7 @@ struct Deletion {
 // The hive itself ("" path) holds every key.
 bool Under(HKey hive, const std::string& path, HKey rootHive, const std::string& root) {
   if (hive != rootHive) return false;
-  std::string p = Lower(path), r = Lower(root);
+  std::string p = AsciiLower(path), r = AsciiLower(root);
   return r.empty() || p == r || p.rfind(r + "\\", 0) == 0;
 }
 
@@ -40,7 +35,7 @@ std::string HiveName(HKey h) { return h == hive::CurrentUser ? "HKEY_CURRENT_USE
 
 Expected& Expect(std::vector<Expected>& keys, HKey hive, const std::string& path, const std::string& name, bool exact) {
   for (Expected& e : keys)
-    if (e.hive == hive && Lower(e.path) == Lower(path)) {
+    if (e.hive == hive && AsciiLower(e.path) == AsciiLower(path)) {
       e.exact = e.exact || exact;
       return e;
     }
@@ -51,7 +46,7 @@ Expected& Expect(std::vector<Expected>& keys, HKey hive, const std::string& path
 void Deleted(const RegFileKey& k, std::vector<Expected>& keys, std::vector<Deletion>& deletions) {
   std::erase_if(keys, [&](const Expected& e) { return Under(e.hive, e.path, k.hive, k.path); });
   for (const Deletion& d : deletions)
-    if (d.hive == k.hive && Lower(d.path) == Lower(k.path)) return;
+    if (d.hive == k.hive && AsciiLower(d.path) == AsciiLower(k.path)) return;
   deletions.push_back({k.hive, k.path, k.name});
 }
 
@@ -71,7 +66,7 @@ void Put(const RegFileKey& k, std::vector<Expected>& keys, const std::vector<Del
   }
   Expected& e = Expect(keys, k.hive, k.path, k.name, root != nullptr);
   for (const RegFileValue& v : k.values) {
-    auto same = std::find_if(e.values.begin(), e.values.end(), [&](const RegFileValue& w) { return Lower(w.name) == Lower(v.name); });
+    auto same = std::find_if(e.values.begin(), e.values.end(), [&](const RegFileValue& w) { return AsciiLower(w.name) == AsciiLower(v.name); });
     if (same == e.values.end())
       e.values.push_back(v);
     else
@@ -153,7 +148,7 @@ void CompareKey(Platform& p, const Expected& e, const std::vector<Expected>& key
   if (e.exact) Contents(p, key, values, subkeys);
   p.RegCloseKey(key);
   auto named = [&](const std::string& name) {
-    return std::any_of(e.values.begin(), e.values.end(), [&](const RegFileValue& v) { return Lower(v.name) == Lower(name); });
+    return std::any_of(e.values.begin(), e.values.end(), [&](const RegFileValue& v) { return AsciiLower(v.name) == AsciiLower(name); });
   };
   for (const KeyTree::Value& v : values)
     if (!named(v.name)) k.values.push_back({v.name, Change::Appeared, {}, {true, v.type, v.raw}, 0, 0});
@@ -168,7 +163,7 @@ void CompareKey(Platform& p, const Expected& e, const std::vector<Expected>& key
 // A key named under WOW6432Node is the 32-bit view already: it is opened as named, in the 64-bit
 // view, where that name stands.
 std::uint32_t BitsFor(HKey hive, const std::string& path, std::uint32_t viewBits) {
-  if (viewBits && hive == hive::LocalMachine && (Lower(path) + "\\").rfind("software\\wow6432node\\", 0) == 0)
+  if (viewBits && hive == hive::LocalMachine && (AsciiLower(path) + "\\").rfind("software\\wow6432node\\", 0) == 0)
     return keyaccess::View64;
   return viewBits;
 }
@@ -227,14 +222,14 @@ std::vector<Section> Sections(const std::string& text) {
     if (line[0] == '[') {
       std::string name = Trim(line.substr(1, line.find(']') == std::string::npos ? std::string::npos : line.find(']') - 1));
       current = nullptr;
-      bool seen = std::any_of(sections.begin(), sections.end(), [&](const Section& s) { return Lower(s.name) == Lower(name); });
+      bool seen = std::any_of(sections.begin(), sections.end(), [&](const Section& s) { return AsciiLower(s.name) == AsciiLower(name); });
       if (!seen) current = &sections.emplace_back(Section{name, {}});
       continue;
     }
     std::size_t eq = line.find('=');
     if (!current || eq == std::string::npos) continue;
     std::string key = Trim(line.substr(0, eq));
-    bool seen = std::any_of(current->keys.begin(), current->keys.end(), [&](const auto& k) { return Lower(k.first) == Lower(key); });
+    bool seen = std::any_of(current->keys.begin(), current->keys.end(), [&](const auto& k) { return AsciiLower(k.first) == AsciiLower(key); });
     if (!seen) current->keys.push_back({key, Trim(line.substr(eq + 1))});
   }
   return sections;
@@ -242,14 +237,14 @@ std::vector<Section> Sections(const std::string& text) {
 
 const Section* Find(const std::vector<Section>& sections, const std::string& name) {
   for (const Section& s : sections)
-    if (Lower(s.name) == Lower(name)) return &s;
+    if (AsciiLower(s.name) == AsciiLower(name)) return &s;
   return nullptr;
 }
 
 const std::string* Find(const Section* s, const std::string& key) {
   if (!s) return nullptr;
   for (const auto& k : s->keys)
-    if (Lower(k.first) == Lower(key)) return &k.second;
+    if (AsciiLower(k.first) == AsciiLower(key)) return &k.second;
   return nullptr;
 }
 
@@ -274,9 +269,9 @@ std::vector<IniChange> CompareIni(const std::string& before, const std::string& 
   std::stable_sort(out.begin(), out.end(), [&](const IniChange& a, const IniChange& b) {
     auto rank = [&](const std::string& name) {
       for (std::size_t i = 0; i < was.size(); ++i)
-        if (Lower(was[i].name) == Lower(name)) return i;
+        if (AsciiLower(was[i].name) == AsciiLower(name)) return i;
       for (std::size_t i = 0; i < is.size(); ++i)
-        if (Lower(is[i].name) == Lower(name)) return was.size() + i;
+        if (AsciiLower(is[i].name) == AsciiLower(name)) return was.size() + i;
       return was.size() + is.size();
     };
     return rank(a.section) < rank(b.section);
